@@ -1,0 +1,106 @@
+#include "EmbeddedPlatform.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+#include <set>
+#include <string>
+
+namespace Kiv {
+
+namespace {
+
+/// What all facilities share: which are there, what is switched on, where the lines go.
+struct TraceRegistry {
+    std::mutex mutex;
+    std::set<TraceHandle*> handles;
+    std::string specification;
+    Embedded::TraceSink sink;
+};
+
+TraceRegistry& registry() {
+    static TraceRegistry* const instance = [] {
+        auto* made = new TraceRegistry; // outlives every facility with static storage duration
+        if ( const char* environment = std::getenv( "KIV_TRACE" ) )
+            made->specification = environment;
+        return made;
+    }();
+    return *instance;
+}
+
+/// The bits of "3" or "0-8"; none for anything else.
+std::uint32_t levelBits( std::string_view range ) {
+    unsigned first = 0;
+    const char* end = range.data() + range.size();
+    auto [ at, error ] = std::from_chars( range.data(), end, first );
+    if ( error != std::errc() )
+        return 0;
+    unsigned last = first;
+    if ( at != end && *at == '-' ) {
+        const auto second = std::from_chars( at + 1, end, last );
+        error = second.ec;
+        at = second.ptr;
+    }
+    if ( error != std::errc() || at != end || first > last || last > TraceHandle::maxLevel )
+        return 0;
+    std::uint32_t bits = 0;
+    for ( unsigned level = first; level <= last; ++level )
+        bits |= 1U << level;
+    return bits;
+}
+
+std::uint32_t levelsFor( std::string_view name, std::string_view specification ) {
+    std::uint32_t levels = 0;
+    while ( !specification.empty() ) {
+        const auto comma = std::min( specification.find( ',' ), specification.size() );
+        const auto item = specification.substr( 0, comma );
+        specification.remove_prefix( std::min( comma + 1, specification.size() ) );
+        const auto slash = item.find( '/' );
+        if ( item.substr( 0, slash ) == name )
+            levels |= slash == std::string_view::npos ? ~0U : levelBits( item.substr( slash + 1 ) );
+    }
+    return levels;
+}
+
+} // namespace
+
+TraceHandle::TraceHandle( const char* name ) : name_( name ) {
+    auto& shared = registry();
+    const std::lock_guard lock( shared.mutex );
+    shared.handles.insert( this );
+    levelsAre( levelsFor( name, shared.specification ) );
+}
+
+TraceHandle::~TraceHandle() {
+    auto& shared = registry();
+    const std::lock_guard lock( shared.mutex );
+    shared.handles.erase( this );
+}
+
+void TraceHandle::trace( unsigned level, const char* function, unsigned line, std::string_view text ) const {
+    auto& shared = registry();
+    const std::lock_guard lock( shared.mutex );
+    if ( shared.sink )
+        shared.sink( *this, level, function, line, text );
+    else
+        std::fprintf( stderr, "%s/%u %s:%u %.*s\n", name_, level, function, line,
+                      static_cast<int>( text.size() ), text.data() );
+}
+
+void Embedded::traceSinkIs( TraceSink sink ) {
+    auto& shared = registry();
+    const std::lock_guard lock( shared.mutex );
+    shared.sink = std::move( sink );
+}
+
+void Embedded::traceLevelsAre( const std::string& specification ) {
+    auto& shared = registry();
+    const std::lock_guard lock( shared.mutex );
+    shared.specification = specification;
+    for ( TraceHandle* handle : shared.handles )
+        handle->levelsAre( levelsFor( handle->name(), specification ) );
+}
+
+} // namespace Kiv

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace Kiv {
+
+/// The count inside a reference-counted object. Atomic when thread-safe pointers are switched on
+/// (`KIV_THREAD_SAFE_POINTERS`, the default): then handles to one object may be copied and dropped by several
+/// threads at once. The object itself is not protected by it.
+class RefCount {
+  public:
+    explicit constexpr RefCount( std::uint32_t initial ) noexcept : count_( initial ) {}
+
+#if KIV_THREAD_SAFE_POINTERS
+    void increment() const noexcept { count_.fetch_add( 1, std::memory_order_relaxed ); }
+    /// Answers true when this dropped the last reference.
+    [[nodiscard]] bool decrement() const noexcept {
+        // The only owner cannot be joined by another one, so the plain read saves the locked instruction.
+        return count_.load( std::memory_order_acquire ) == 1 ||
+               count_.fetch_sub( 1, std::memory_order_acq_rel ) == 1;
+    }
+    [[nodiscard]] std::uint32_t value() const noexcept { return count_.load( std::memory_order_relaxed ); }
+
+  private:
+    mutable std::atomic<std::uint32_t> count_;
+#else
+    void increment() const noexcept { ++count_; }
+    [[nodiscard]] bool decrement() const noexcept { return --count_ == 0; }
+    [[nodiscard]] std::uint32_t value() const noexcept { return count_; }
+
+  private:
+    mutable std::uint32_t count_;
+#endif
+};
+
+} // namespace Kiv

@@ -1,0 +1,154 @@
+#pragma once
+
+#include "Corvid/EntityManager.h"
+#include "Kiv/Ptr.h"
+#include "ProfileParser/AntlrParserCtx.h"
+#include "ProfileStore/Export.h"
+#include "ProfileStore/PassiveAgentProfileDir.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace Corvid {
+
+/// Turns one agent's mount-profile file into that agent's record in the directory of profiles.
+///
+/// A handler serves one agent file and one `run()`, on one thread; different handlers with different directories
+/// may run at the same time. What is wrong in a file is not thrown: the first error is recorded in `errorDesc()`
+/// and in the profile, and printed on standard error.
+///
+/// The operations below `run()` are called by the grammar while a file is parsed, in the order in which a profile
+/// is read. A check that fails reports through `constructHdlrException` and returns; it never throws.
+class CORVID_API MountProfileHdlr {
+  public:
+    static constexpr std::size_t defaultMaxFileSize = std::size_t{ 16 } << 20;
+
+    /// @param agentFile path of the agent file. Include patterns are taken relative to its directory.
+    /// @param root receives the profile. Not null.
+    /// @param entityManager may be null: then no mounts of a peer are added.
+    /// @param addDefaults whether the profile gets the mounts that every agent needs.
+    MountProfileHdlr( const std::string& agentFile, Kiv::Ptr<PassiveAgentProfileDir> root,
+                      Kiv::Ptr<const EntityManager> entityManager, bool addDefaults );
+    MountProfileHdlr( const MountProfileHdlr& ) = delete;
+    MountProfileHdlr& operator=( const MountProfileHdlr& ) = delete;
+    ~MountProfileHdlr();
+
+    /// The whole job: parses the agent file and all that it includes, adds the default profiles, and marks the
+    /// profile invalid when there was an error. A file without an agent title line leaves `root` unchanged.
+    /// @throws std::runtime_error when a file cannot be opened; the profile then stays as it was at that point.
+    void run();
+
+    /// The largest file that is opened, in bytes; `defaultMaxFileSize` unless set.
+    void maxFileSizeIs( std::size_t bytes ) noexcept { maxFileSize_ = bytes; }
+    [[nodiscard]] std::size_t maxFileSize() const noexcept { return maxFileSize_; }
+
+    /// False once an error has been recorded.
+    [[nodiscard]] bool validProfileFile() const noexcept { return validProfileFile_; }
+    void validProfileFileIs( bool valid );
+    /// True when the agent file has no agent title line.
+    [[nodiscard]] bool maybeIncludeFile() const noexcept { return maybeIncludeFile_; }
+    void maybeIncludeFileIs( bool maybe ) noexcept { maybeIncludeFile_ = maybe; }
+
+    /// The profile being filled; null until the agent title line has been read.
+    [[nodiscard]] const Kiv::Ptr<PassiveAgentProfile>& agentProfile() const noexcept { return agentProfile_; }
+    /// The error that made the file invalid.
+    [[nodiscard]] const RecognitionError& errorDesc() const noexcept { return errorDesc_; }
+    /// Sub-agent names in the order given.
+    [[nodiscard]] const std::vector<std::string>& subAgents() const noexcept { return subAgents_; }
+    [[nodiscard]] const std::string& agentFile() const noexcept { return agentFile_; }
+    /// Agent name from the title line.
+    [[nodiscard]] const std::string& agentName() const noexcept { return agentName_; }
+    /// The mount group now open; null before the first.
+    [[nodiscard]] const Kiv::Ptr<PassiveMountGroup>& currMg() const noexcept { return currMg_; }
+    [[nodiscard]] const std::string& currMgName() const noexcept { return currMgName_; }
+
+    /// Parses one file. Syntax errors do not throw.
+    /// @throws std::runtime_error when the file cannot be opened (it is not a regular file, cannot be read, is
+    ///     larger than `maxFileSize()`, or changes while it is read), or when that happens to a file it includes.
+    void parseFile( const std::string& fileName, bool isInclude );
+    /// Reports a semantic error: the running parser stops as at a syntax error and describes it with this message.
+    void constructHdlrException( const std::string& msg );
+    /// Prints `errorDesc` as one line on standard error.
+    void displayError();
+
+    // The title line.
+    void agentProfileIs( const std::string& name );
+    void addTemplateKeys( const std::vector<std::string>& keys );
+    void registerTemplateKeyDecl( const std::string& key );
+    bool validateTemplateKey( const std::string& key );
+
+    // Agent-level statements.
+    void setHybridMount( bool flag );
+    void setLowMountPrio( bool flag );
+    void setNoDefaultMountGroup( bool flag );
+    void addSubAgent( const std::string& name );
+    void addAlias( const std::string& key, const std::string& targets );
+    void setRootFlags( const std::string& flags );
+    bool validateFlags( const std::string& flags );
+
+    // Mount filters.
+    /// Declares a filter; `addAttrFilter` adds to the one declared last.
+    void registerMountFilterDecl( const std::string& name );
+    void addAttrFilter( const std::string& attrName, const std::string& filterKey );
+
+    // Mount groups and their conditions.
+    bool validateMountGroupName( const std::string& name );
+    void addMountGroup(); ///< the group "all", for mounts outside any named group
+    void addMountGroup( const std::string& name );
+    void addMountGroup( const std::string& name, unsigned priority );
+    bool validateMgConditionNotSet();
+    void setBlockingConditional( bool flag );
+    void addCondition( const std::string& text );
+    void addTemplateCondition( const std::string& text );
+    bool validateCondPathFunc( const std::string& name );
+    void setEntireCondition( const std::string& text );
+
+    // Mounts.
+    /// Adds a mount to the group now open. One leading and one trailing "/" of the path are dropped. A path that the
+    /// group already holds with the same type gets the flags of both; the filter is the one of this line.
+    /// @param mountFilter name of a declared filter, or empty.
+    void addMount( const std::string& path, const std::string& type, const std::string& flags,
+                   const std::string& mountFilter );
+    /// Parses every file that matches a pattern, as an include file.
+    void parseIncludes( const std::string& pattern );
+
+    // Default profiles.
+    void addDefaultProfiles();
+    void addPeerReady( const std::string& agent, bool peerRedundancy, bool waitForReady );
+    /// Mounts every configured path of the state database into the group now open.
+    void addConfigMountProfile();
+
+  private:
+    friend class ErrorDescription; // describes errors out of and into the members below
+
+    void invalidateAgentProfile();
+    void addAgentMounts( const std::string& agent );
+
+    Kiv::Ptr<PassiveAgentProfileDir> root_;
+    Kiv::Ptr<const EntityManager> entityManager_;
+    Kiv::Ptr<PassiveAgentProfile> agentProfile_;
+    Kiv::Ptr<PassiveMountGroup> currMg_;
+    std::string currMountFilterName_;
+    std::string agentFile_;
+    std::string agentName_;
+    std::string currMgName_;
+    AntlrParserCtx parserCtx_;
+    RecognitionError errorDesc_;
+    std::vector<std::string> subAgents_;
+    std::unordered_set<std::string> templateKeyDecls_{ 10 };
+    std::unordered_map<std::string, MountFilter> mountFilterMap_{ 10 };
+    bool addDefaults_;
+    bool validProfileFile_ = true;
+    bool maybeIncludeFile_ = false;
+    std::size_t maxFileSize_ = defaultMaxFileSize;
+};
+
+/// The id of the active cell: the environment variable ACTIVE_CELLID as a decimal number (0 for text that is none),
+/// else the other cell of the pair.
+[[nodiscard]] CORVID_API std::uint32_t activeCellId();
+
+} // namespace Corvid

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Kiv/String8.h"
+
+#include <utility>
+
+namespace Corvid {
+
+/// One attribute of a mount filter: which attribute, and the key that it is filtered on (may be empty).
+class AttrFilter {
+  public:
+    AttrFilter( Kiv::String8 attrName, Kiv::String8 filterKey ) noexcept
+        : attrName_( std::move( attrName ) ), filterKey_( std::move( filterKey ) ) {}
+
+    [[nodiscard]] const Kiv::String8& attrName() const noexcept { return attrName_; }
+    [[nodiscard]] const Kiv::String8& filterKey() const noexcept { return filterKey_; }
+
+    friend bool operator==( const AttrFilter&, const AttrFilter& ) noexcept = default;
+
+  private:
+    Kiv::String8 attrName_;
+    Kiv::String8 filterKey_;
+};
+
+} // namespace Corvid

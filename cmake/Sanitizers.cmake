@@ -1,0 +1,5 @@
+set(CORVID_SANITIZE "" CACHE STRING "Sanitizers to build everything with, for example address,undefined")
+if(CORVID_SANITIZE)
+    add_compile_options(-fsanitize=${CORVID_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${CORVID_SANITIZE})
+endif()
