@@ -23,7 +23,7 @@ struct CORVID_API AntlrParserCtx {
 
     /// Registers the parser of a file that begins, and forgets it when that file ends.
     void parserStarts( mountProfileParser_Ctx_struct* parser, const std::string& fileName, bool isInclude );
-    void parserEnds();
+    void parserEnds( bool isInclude );
 };
 
 } // namespace Corvid

@@ -11,10 +11,13 @@ namespace Kiv {
 
 } // namespace Kiv
 
-/// Guards against programming errors, in every build type. Compiled out, condition and all, by KIV_NO_ASSERTIONS.
+/// Guards against programming errors, in every build type; the text tells what was asserted. Compiled out, condition
+/// and all, by KIV_NO_ASSERTIONS.
 #ifdef KIV_NO_ASSERTIONS
-#define KIV_ASSERT( source, condition ) static_cast<void>( 0 )
+#define KIV_ASSERT_TEXT( source, condition, text ) static_cast<void>( 0 )
 #else
-#define KIV_ASSERT( source, condition )                                                                            \
-    ( ( condition ) ? static_cast<void>( 0 ) : ::Kiv::assertionFailed( source, #condition, __FILE__, __LINE__ ) )
+#define KIV_ASSERT_TEXT( source, condition, text )                                                                 \
+    ( ( condition ) ? static_cast<void>( 0 ) : ::Kiv::assertionFailed( source, text, __FILE__, __LINE__ ) )
 #endif
+/// The same with the condition itself as the text.
+#define KIV_ASSERT( source, condition ) KIV_ASSERT_TEXT( source, condition, #condition )

@@ -1,0 +1,48 @@
+#include "ProfileParser/GrammarSupport.h"
+
+#include <cstdlib>
+
+#include "ProfileParser/GeneratedParser.h"
+
+namespace Corvid {
+
+std::string_view tokenText( pANTLR3_COMMON_TOKEN token ) {
+    // Both are addresses within the file's text; the second is the last character's.
+    const auto* first = reinterpret_cast<const char*>( token->start );
+    const auto* last = reinterpret_cast<const char*>( token->stop );
+    return { first, static_cast<std::size_t>( last + 1 - first ) };
+}
+
+std::string ruleText( mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop ) {
+    if ( start == stop )
+        return std::string( tokenText( start ) );
+    std::string text;
+    const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
+    for ( ANTLR3_MARKER index = start->index; index <= stop->index; ++index )
+        text += tokenText( tokens->get( tokens, static_cast<ANTLR3_UINT32>( index ) ) );
+    return text;
+}
+
+void appendUnquoted( pANTLR3_COMMON_TOKEN string, std::string& text ) {
+    const std::string_view quoted = tokenText( string );
+    text += quoted.substr( 1, quoted.size() - 2 );
+}
+
+ANTLR3_UINT32 decimalNumber( pANTLR3_COMMON_TOKEN number ) {
+    return static_cast<ANTLR3_UINT32>( std::strtol( std::string( tokenText( number ) ).c_str(), nullptr, 10 ) );
+}
+
+void raiseHandlerException( mountProfileParser_Ctx_struct* ctx ) {
+    const pANTLR3_BASE_RECOGNIZER recognizer = ctx->pParser->rec;
+    recognizer->exConstruct( recognizer ); // of the mismatched-token kind: a parser's recogniser makes no other
+}
+
+void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* message ) {
+    raiseHandlerException( ctx );
+    const pANTLR3_EXCEPTION exception = ctx->pParser->rec->state->exception;
+    exception->type = ANTLR3_RECOGNITION_EXCEPTION;
+    exception->name = const_cast<char*>( "" );
+    exception->message = const_cast<char*>( message );
+}
+
+} // namespace Corvid

@@ -1,0 +1,43 @@
+#pragma once
+
+// What the actions of the grammar call beside the handler. The C++ headers come first: the parser library's and the
+// generated headers define macros with short names.
+#include "ProfileParser/MountProfileHdlr.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <antlr3.h>
+
+struct mountProfileParser_Ctx_struct;
+
+namespace Corvid {
+
+/// Which part of a file the parser is in: the prefix of an error's description.
+enum Section : ANTLR3_INT32 { topLevel = -1, inAgentTitle = 0, inIncludeFile = 1, inMountGroup = 2 };
+
+/// The characters of a token as they stand in the file, NULs included. Valid as long as the file's text.
+[[nodiscard]] std::string_view tokenText( pANTLR3_COMMON_TOKEN token );
+
+/// The texts of the tokens from start to stop, joined with nothing between them. White space, comments and characters
+/// that no token begins with never became tokens, so they are not part of it.
+[[nodiscard]] std::string ruleText( mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start,
+                                    pANTLR3_COMMON_TOKEN stop );
+
+/// Appends a STRING token's text less its first and its last character, the quotes.
+void appendUnquoted( pANTLR3_COMMON_TOKEN string, std::string& text );
+
+/// The number that an INT token spells, cut to 32 bits. (Numbers above a long's range count as its maximum.)
+[[nodiscard]] ANTLR3_UINT32 decimalNumber( pANTLR3_COMMON_TOKEN number );
+
+/// Raises a syntax error that the grammar finds by itself, at the current token.
+/// @param message a literal: it must outlive the parser.
+void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* message );
+
+/// Raises an error that the handler has found, at the current token. Whoever describes it takes the message from the
+/// handler.
+void raiseHandlerException( mountProfileParser_Ctx_struct* ctx );
+
+} // namespace Corvid

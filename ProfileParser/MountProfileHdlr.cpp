@@ -1,0 +1,129 @@
+#include "ProfileParser/MountProfileHdlr.h"
+
+#include "ProfileParser/GrammarSupport.h"
+#include "ProfileParser/HandlerSupport.h"
+#include "ProfileParser/InputFile.h"
+#include "ProfileParser/ParseSession.h"
+
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <utility>
+
+namespace Corvid {
+
+namespace {
+
+/// Part of exception texts, so a literal: compilers write signatures differently.
+constexpr char parseFileSignature[] = "void Corvid::MountProfileHdlr::parseFile(const string&, bool)";
+
+/// Registers a parser for as long as it runs, also when an exception ends it.
+class RunningParser {
+  public:
+    RunningParser( AntlrParserCtx& ctx, ParseSession& session, const std::string& fileName, bool isInclude )
+        : ctx_( ctx ), isInclude_( isInclude ) {
+        ctx_.parserStarts( session.parser(), fileName, isInclude );
+    }
+    RunningParser( const RunningParser& ) = delete;
+    RunningParser& operator=( const RunningParser& ) = delete;
+    ~RunningParser() { ctx_.parserEnds( isInclude_ ); }
+
+  private:
+    AntlrParserCtx& ctx_;
+    bool isInclude_;
+};
+
+} // namespace
+
+Kiv::TraceHandle& handlerTrace() {
+    static Kiv::TraceHandle handle( "MountProfileHdlr" );
+    return handle;
+}
+
+MountProfileHdlr::MountProfileHdlr( const std::string& agentFile, Kiv::Ptr<PassiveAgentProfileDir> root,
+                                    Kiv::Ptr<const EntityManager> entityManager, bool addDefaults )
+    : root_( std::move( root ) ), entityManager_( std::move( entityManager ) ), agentFile_( agentFile ),
+      addDefaults_( addDefaults ) {}
+
+MountProfileHdlr::~MountProfileHdlr() = default;
+
+void MountProfileHdlr::run() {
+    parseFile( agentFile_, false );
+    if ( !validProfileFile_ ) {
+        displayError();
+        if ( !agentProfile_ ) {
+            HDLR_TRACE( 0, "Invalidating agent profile: NA" );
+            return;
+        }
+        HDLR_TRACE( 0, "Invalidating agent profile: '" + agentProfile_->name().str() + "'" );
+        invalidateAgentProfile();
+        return;
+    }
+    if ( maybeIncludeFile_ ) {
+        HDLR_TRACE( 0, "agent name for " + agentFile_ + " not provided" );
+        return;
+    }
+    HDLR_ASSERT( agentProfile_, R"(agentProfile && "Could not create agentProfile.")" );
+    if ( addDefaults_ && !agentProfile_->noDefaultMountGroup() )
+        addDefaultProfiles();
+    if ( agentProfile_->noDefaultMountGroup() )
+        agentProfile_->mountGroupDel( Kiv::Name( "default" ) );
+    if ( !validProfileFile_ ) {
+        displayError();
+        HDLR_TRACE( 0, "Invalidating agent profile, due to error in adding default mounts,: '" + // sic
+                           agentProfile_->name().str() + "'" );
+        invalidateAgentProfile();
+    }
+}
+
+void MountProfileHdlr::invalidateAgentProfile() {
+    agentProfile_->validProfileIs( false );
+    agentProfile_->errorDescIs( errorDesc_ );
+}
+
+void MountProfileHdlr::parseFile( const std::string& fileName, bool isInclude ) {
+    auto file = readInputFile( fileName, maxFileSize_ );
+    if ( !file )
+        throw std::runtime_error( std::string( parseFileSignature ) +
+                                  ": Antlr failed to create file stream for " + fileName );
+    try {
+        ParseSession session( *this, fileName, std::move( *file ) );
+        const RunningParser running( parserCtx_, session, fileName, isInclude );
+        session.parse( isInclude );
+    } catch ( const std::runtime_error& ) {
+        throw std::runtime_error( std::string( parseFileSignature ) + ": runtime error while parsing " + fileName );
+    }
+}
+
+void MountProfileHdlr::constructHdlrException( const std::string& msg ) {
+    HDLR_TRACE( 8, "void Corvid::MountProfileHdlr::constructHdlrException(const string&)" );
+    if ( mountProfileParser_Ctx_struct* parser = parserCtx_.getParserCtx() ) {
+        HDLR_TRACE( 1, "Constucting handler exception, occured while parsing agent file" ); // sic
+        raiseHandlerException( parser );
+        parserCtx_.hdlrExceptionRaised = true;
+        parserCtx_.hdlrExceptionMsg = msg;
+        return;
+    }
+    HDLR_TRACE( 1, "Constucting handler exception, occured while adding profiles " // sic
+                   "post-parsing the agent file" );
+    if ( !validProfileFile_ ) // the first error stays
+        return;
+    validProfileFileIs( false );
+    errorDesc_.recognizerIs( "post-parsing" );
+    errorDesc_.fileNameIs( agentFile_ );
+    errorDesc_.lineIs( RecognitionError::noLine );
+    errorDesc_.charPositionInLineIs( -1 );
+    errorDesc_.descriptionIs( "While adding default profiles, " + msg );
+}
+
+void MountProfileHdlr::validProfileFileIs( bool valid ) {
+    if ( !valid )
+        HDLR_TRACE( 1, "Invalid profile file " + agentFile_ );
+    validProfileFile_ = valid;
+}
+
+void MountProfileHdlr::displayError() {
+    std::cerr << errorDesc_.composeErrorDescMessage() << '\n' << std::flush;
+}
+
+} // namespace Corvid

@@ -1,0 +1,116 @@
+// The mounts that every agent gets beside those of its profile file.
+
+#include "Cell/Cell.h"
+#include "Corvid/ConfigRoot.h"
+#include "Kiv/Format.h"
+#include "ProfileParser/HandlerSupport.h"
+#include "ProfileParser/MountProfileHdlr.h"
+#include "Redundancy/RedundancyStatus.h"
+
+#include <cstdlib>
+#include <string_view>
+
+namespace Corvid {
+
+namespace {
+
+constexpr char ownAgent[] = "%agentString"; // the profile's consumer puts the agent's name in its place
+constexpr std::uint32_t ownCell = 0;
+
+std::string cellPath( const char* relativePath, std::uint32_t cell = ownCell ) {
+    return Cell::path( relativePath, cell ).str();
+}
+
+Kiv::Ptr<Kiv::Entity> corvidEntity( const EntityManager& manager, const Kiv::String8& relativePath ) {
+    return Kiv::globalDir()->entity( "/" + manager.systemName().str() + "/Corvid/" + relativePath.str() );
+}
+
+/// Whether this cell works in hot standby with a peer cell.
+bool peerRedundancyOf( const EntityManager& manager ) {
+    const auto redundancyStatus = Kiv::dynamicCast<const Redundancy::RedundancyStatus>(
+        corvidEntity( manager, Cell::path( "redundancy/status", ownCell ) ) );
+    HDLR_ASSERT( redundancyStatus, "redundancyStatus" );
+    return !manager.standalone() && redundancyStatus->configuredMode() == Redundancy::Mode::hotStandby &&
+           redundancyStatus->operationalMode() == Redundancy::Mode::hotStandby;
+}
+
+/// An agent on a real system waits for its peer; one in a test root only on request.
+bool waitsForReadyPeer() {
+    return !std::getenv( "K7_CHROOT" ) || std::getenv( "AGENT_WAIT_FOR_READY" );
+}
+
+} // namespace
+
+void MountProfileHdlr::addDefaultProfiles() {
+    HDLR_TRACE( 8, "void Corvid::MountProfileHdlr::addDefaultProfiles()" );
+    addMountGroup( "default", 1 );
+    addMount( "logging/config", "Kiv::LogConfig", "r", "" );
+    addMount( "logging/status", "Kiv::LogStatus", "r", "" );
+    addMount( cellPath( "Corvid/localStatus" ), "Redundancy::LocalCellStatus", "r", "" );
+    addMount( cellPath( "redundancySupport/status" ), "Redundancy::RedundancySupportStatus", "r", "" );
+    addMount( cellPath( "redundancy/status" ), "Redundancy::RedundancyStatus", "r", "" );
+    addMount( "Corvid/status", "Corvid::Status", "r", "" );
+    addMount( "agent/config", "Agent::GlobalConfigDir", "r", "" );
+
+    const bool peerRedundancy = entityManager_ && peerRedundancyOf( *entityManager_ );
+    const bool waitForReady = entityManager_ && waitsForReadyPeer();
+    if ( subAgents_.empty() )
+        addAgentMounts( ownAgent );
+    for ( const std::string& subAgent : subAgents_ ) {
+        addAgentMounts( subAgent );
+        addPeerReady( subAgent, peerRedundancy, false );
+    }
+    addPeerReady( ownAgent, peerRedundancy, waitForReady );
+}
+
+void MountProfileHdlr::addAgentMounts( const std::string& agent ) {
+    // The path is qualified first: the platform sees only the directory.
+    addMount( cellPath( "agent/config/" ) + agent, "Agent::Config", "wfc", "" );
+    addMount( cellPath( "agent/status/" ) + agent, "Agent::Status", "wfc", "" );
+}
+
+void MountProfileHdlr::addPeerReady( const std::string& agent, bool peerRedundancy, bool waitForReady ) {
+    if ( !peerRedundancy )
+        return;
+    HDLR_TRACE( 8, "void Corvid::MountProfileHdlr::addPeerReady(const string&, bool, bool)" );
+    const std::uint32_t cell = activeCellId();
+    addMount( cellPath( "agent/status/", cell ) + agent, "Agent::Status", "rD", "" );
+    if ( !waitForReady )
+        return;
+
+    addMountGroup( "peerReady", 2 );
+    const std::string agentStatus = "/%sysname/Corvid/" + Kiv::format( "cell/%d/", cell ).str() + "agent/status";
+    const std::string exists = agent + " in " + agentStatus + ".entryState";
+    const std::string isReady = "true == " + agentStatus + "/" + agent + ".ready";
+    const std::string whole = exists + " and " + isReady;
+    HDLR_ASSERT( currMg_, R"(currMg && "currMg is NULL.")" );
+    if ( currMg_->entireCondition() == whole )
+        return;
+    setEntireCondition( whole );
+    setBlockingConditional( true );
+    addCondition( exists );
+    addCondition( isReady );
+}
+
+void MountProfileHdlr::addConfigMountProfile() {
+    HDLR_TRACE( 8, "void Corvid::MountProfileHdlr::addConfigMountProfile()" );
+    HDLR_TRACE( 1, "adding all config mount paths" );
+    const auto configRoot =
+        Kiv::dynamicCast<const ConfigRoot>( corvidEntity( *entityManager_, "Corvid/configRoot" ) );
+    HDLR_ASSERT( configRoot->rootsComplete(), "configRoot->rootsComplete()" );
+    const Brae::PathTrie& trie = configRoot->pathTrie();
+    for ( const Kiv::String8& path : configRoot->configuredPaths() ) {
+        const bool isInitial = trie.prefixFlags( path ).view().find( 'i' ) != std::string_view::npos;
+        addMount( path.str(), trie.prefixTypename( path ).str(), isInitial ? "wi" : "w", "" );
+    }
+}
+
+std::uint32_t activeCellId() {
+    if ( const char* environment = std::getenv( "ACTIVE_CELLID" ) )
+        return static_cast<std::uint32_t>( std::strtol( environment, nullptr, 10 ) );
+    const std::uint32_t cellId = Cell::cellId();
+    HDLR_ASSERT( cellId < 3, "cellId < 3" );
+    return 3 - cellId;
+}
+
+} // namespace Corvid

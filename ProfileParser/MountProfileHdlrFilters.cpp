@@ -1,0 +1,23 @@
+#include "ProfileParser/HandlerSupport.h"
+#include "ProfileParser/MountProfileHdlr.h"
+
+namespace Corvid {
+
+void MountProfileHdlr::registerMountFilterDecl( const std::string& name ) {
+    const auto [ declared, isNew ] = mountFilterMap_.try_emplace( name );
+    if ( !isNew ) {
+        constructHdlrException( "Mount filter '" + name + "' is already declared" );
+        return;
+    }
+    declared->second.enabledIs( 1 );
+    currMountFilterName_ = name;
+}
+
+void MountProfileHdlr::addAttrFilter( const std::string& attrName, const std::string& filterKey ) {
+    HDLR_ASSERT( mountFilterMap_.count( currMountFilterName_ ) != 0,
+                 R"(mountFilterMap.count( currMountFilterName ) != 0 && )"
+                 R"("Trying to add attr filter to undeclared mount filter")" );
+    mountFilterMap_[ currMountFilterName_ ].newAttrFilter( AttrFilter( attrName, filterKey ) );
+}
+
+} // namespace Corvid

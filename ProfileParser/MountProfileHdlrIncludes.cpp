@@ -1,0 +1,33 @@
+#include "Brae/Glob.h"
+#include "ProfileParser/HandlerSupport.h"
+#include "ProfileParser/MountProfileHdlr.h"
+
+#include <cstdlib>
+
+namespace Corvid {
+
+void MountProfileHdlr::parseIncludes( const std::string& pattern ) {
+    // Always beside the agent file, also in front of a pattern that begins with a slash.
+    const std::string fullPattern = agentFile_.substr( 0, agentFile_.rfind( '/' ) + 1 ) + pattern;
+    std::vector<std::string> matches;
+    if ( !Brae::getGlobResult( fullPattern, matches ) || matches.empty() ) {
+        if ( pattern == "ConfigMountProfile" && std::getenv( "K7_CHROOT" ) )
+            addConfigMountProfile();
+        else
+            constructHdlrException( "No include file found matching " + fullPattern );
+        return;
+    }
+    HDLR_TRACE( 1, "Parsing include files matching pattern " + fullPattern );
+    for ( const std::string& name : matches ) {
+        const bool wasValid = validProfileFile_;
+        parseFile( name, true );
+        if ( wasValid && !validProfileFile_ ) {
+            HDLR_TRACE( 1, "Include file parser found error. "
+                           "Constructing handler exception to inform this to agent file parser" );
+            constructHdlrException( "Mount profile is invalid due to error in include file: " + name );
+            return;
+        }
+    }
+}
+
+} // namespace Corvid

@@ -1,0 +1,49 @@
+#include "ProfileParser/FlagSet.h"
+#include "ProfileParser/HandlerSupport.h"
+#include "ProfileParser/MountProfileHdlr.h"
+
+#include <string_view>
+
+namespace Corvid {
+
+namespace {
+
+/// The path less one "/" at either end. A path of one or two slashes becomes empty.
+std::string_view normalisedPath( std::string_view path ) {
+    if ( path.starts_with( '/' ) )
+        path.remove_prefix( 1 );
+    if ( path.ends_with( '/' ) )
+        path.remove_suffix( 1 );
+    return path;
+}
+
+} // namespace
+
+void MountProfileHdlr::addMount( const std::string& path, const std::string& type, const std::string& flags,
+                                 const std::string& mountFilter ) {
+    const std::string_view normalised = normalisedPath( path );
+    if ( !validateFlags( flags ) )
+        return;
+    HDLR_ASSERT( currMg_ && currMg_->parent(), R"(currMg && currMg->parent() && "currMg is NULL.")" );
+    const Mount* existing = currMg_->mountProfile( normalised );
+    if ( existing && existing->type() != type ) {
+        constructHdlrException( "Path " + std::string( normalised ) + " is already present with type: " +
+                                existing->type().str() + ". Mismatched type: " + type );
+        return;
+    }
+    // A fresh value: a line without a filter takes away the one that an earlier line gave this path.
+    Mount mount( existing ? existing->path() : Kiv::String8( normalised ),
+                 existing ? existing->type() : Kiv::String8( type ),
+                 Kiv::String8( existing ? mergedFlags( existing->flags(), flags ) : flags ) );
+    if ( !mountFilter.empty() ) {
+        const auto declared = mountFilterMap_.find( mountFilter );
+        if ( declared == mountFilterMap_.end() ) {
+            constructHdlrException( "No mount filter with name '" + mountFilter + "' defined before this line." );
+            return;
+        }
+        mount.mountFilterIs( declared->second );
+    }
+    currMg_->mountProfileIs( mount );
+}
+
+} // namespace Corvid
