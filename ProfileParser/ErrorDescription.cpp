@@ -153,6 +153,7 @@ void reportParserError( mountProfileParser_Ctx_struct* ctx, ANTLR3_INT32 ruleNum
         return;
     ++state->errorCount;
     state->errorRecovery = ANTLR3_TRUE;
+    finishLexing( ctx );
     if ( ErrorDescription::isFirstError( *ctx->hdlr ) )
         ctx->setErrorDesc( ctx, state->tokenNames, ruleNumber );
 }

@@ -33,3 +33,6 @@
 #undef X
 #undef Y
 #undef Z
+
+/// Names of all tokens by type; the tool defines it, but declares it nowhere.
+extern pANTLR3_UINT8 mountProfileParserTokenNames[];

@@ -1,5 +1,7 @@
 #include "ProfileParser/GrammarSupport.h"
 
+#include "ProfileParser/TokenWindow.h"
+
 #include <cstdlib>
 
 #include "ProfileParser/GeneratedParser.h"
@@ -43,6 +45,11 @@ void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* mess
     exception->type = ANTLR3_RECOGNITION_EXCEPTION;
     exception->name = const_cast<char*>( "" );
     exception->message = const_cast<char*>( message );
+}
+
+void finishLexing( mountProfileParser_Ctx_struct* ctx ) {
+    if ( ctx->window )
+        ctx->window->finishLexing();
 }
 
 } // namespace Corvid

@@ -15,6 +15,8 @@ struct mountProfileParser_Ctx_struct;
 
 namespace Corvid {
 
+class TokenWindow;
+
 /// Which part of a file the parser is in: the prefix of an error's description.
 enum Section : ANTLR3_INT32 { topLevel = -1, inAgentTitle = 0, inIncludeFile = 1, inMountGroup = 2 };
 
@@ -39,5 +41,9 @@ void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* mess
 /// Raises an error that the handler has found, at the current token. Whoever describes it takes the message from the
 /// handler.
 void raiseHandlerException( mountProfileParser_Ctx_struct* ctx );
+
+/// Reports all lexer errors that are left in the parser's file: they come before the errors of parser and handler. To
+/// be called before the file's validity is looked at while it is parsed.
+void finishLexing( mountProfileParser_Ctx_struct* ctx );
 
 } // namespace Corvid

@@ -87,7 +87,7 @@ void MountProfileHdlr::parseFile( const std::string& fileName, bool isInclude ) 
         throw std::runtime_error( std::string( parseFileSignature ) +
                                   ": Antlr failed to create file stream for " + fileName );
     try {
-        ParseSession session( *this, fileName, std::move( *file ) );
+        ParseSession session( *this, fileName, std::move( *file ), plainTokens_ ? TokenPath::plain : TokenPath::fast );
         const RunningParser running( parserCtx_, session, fileName, isInclude );
         session.parse( isInclude );
     } catch ( const std::runtime_error& ) {
@@ -95,7 +95,14 @@ void MountProfileHdlr::parseFile( const std::string& fileName, bool isInclude ) 
     }
 }
 
+void MountProfileHdlr::finishLexing() {
+    auto* parser = parserCtx_.parsingIncludeFile ? parserCtx_.includeFileParserCtx : parserCtx_.agentFileParserCtx;
+    if ( parser )
+        Corvid::finishLexing( parser );
+}
+
 void MountProfileHdlr::constructHdlrException( const std::string& msg ) {
+    finishLexing();
     HDLR_TRACE( 8, "void Corvid::MountProfileHdlr::constructHdlrException(const string&)" );
     if ( mountProfileParser_Ctx_struct* parser = parserCtx_.getParserCtx() ) {
         HDLR_TRACE( 1, "Constucting handler exception, occured while parsing agent file" ); // sic

@@ -46,6 +46,10 @@ class CORVID_API MountProfileHdlr {
     void maxFileSizeIs( std::size_t bytes ) noexcept { maxFileSize_ = bytes; }
     [[nodiscard]] std::size_t maxFileSize() const noexcept { return maxFileSize_; }
 
+    /// Has the files read by the generated lexer and the parser library's token stream alone: the same results, many
+    /// times slower. For comparisons.
+    void plainTokensIs( bool plain ) noexcept { plainTokens_ = plain; }
+
     /// False once an error has been recorded.
     [[nodiscard]] bool validProfileFile() const noexcept { return validProfileFile_; }
     void validProfileFileIs( bool valid );
@@ -125,6 +129,8 @@ class CORVID_API MountProfileHdlr {
   private:
     friend class ErrorDescription; // describes errors out of and into the members below
 
+    /// Makes sure that all lexer errors of the file being parsed are known: they come before those of parser and handler.
+    void finishLexing();
     void invalidateAgentProfile();
     void addAgentMounts( const std::string& agent );
 
@@ -145,6 +151,7 @@ class CORVID_API MountProfileHdlr {
     bool validProfileFile_ = true;
     bool maybeIncludeFile_ = false;
     std::size_t maxFileSize_ = defaultMaxFileSize;
+    bool plainTokens_ = false;
 };
 
 /// The id of the active cell: the environment variable ACTIVE_CELLID as a decimal number (0 for text that is none),

@@ -7,6 +7,7 @@
 namespace Corvid {
 
 void MountProfileHdlr::parseIncludes( const std::string& pattern ) {
+    finishLexing(); // an error in this file comes before those of the files that it includes
     // Always beside the agent file, also in front of a pattern that begins with a slash.
     const std::string fullPattern = agentFile_.substr( 0, agentFile_.rfind( '/' ) + 1 ) + pattern;
     std::vector<std::string> matches;

@@ -1,53 +1,48 @@
 #pragma once
 
+#include "ProfileParser/GeneratedLexer.h"
 #include "ProfileParser/InputFile.h"
+#include "ProfileParser/Owner.h"
+#include "ProfileParser/TokenWindow.h"
 
-#include <memory>
+#include <optional>
 #include <string>
 
 #include <antlr3.h>
 
-struct mountProfileLexer_Ctx_struct;
 struct mountProfileParser_Ctx_struct;
 
 namespace Corvid {
 
 class MountProfileHdlr;
 
-/// Streams, lexer, token stream and parser of one file, wired to a handler; frees them all.
-///
-/// The lexer reads the file and then a blank and a newline, which stand in a stream of their own below the file's: so
-/// the last line of every file ends in a newline token, and no token spans the end of the file.
+/// Where the parser's tokens come from: the same tokens either way.
+enum class TokenPath {
+    fast, ///< TokenWindow: plain tokens without the generated lexer, and only those of the current line kept
+    plain ///< the generated lexer and the parser library's token stream alone
+};
+
+/// Lexer, token stream and parser of one file, wired to a handler; frees them all.
 class ParseSession {
   public:
     /// @param hdlr receives what is parsed; outlives the session.
     /// @throws std::bad_alloc when the parser library could not make one of the parts.
-    ParseSession( MountProfileHdlr& hdlr, const std::string& fileName, InputFile file );
+    ParseSession( MountProfileHdlr& hdlr, const std::string& fileName, InputFile file, TokenPath tokenPath );
     ~ParseSession();
     ParseSession( const ParseSession& ) = delete;
     ParseSession& operator=( const ParseSession& ) = delete;
 
     [[nodiscard]] mountProfileParser_Ctx_struct* parser() const noexcept { return parser_.get(); }
-    /// The next token of the lexer; of use only without a parse.
-    [[nodiscard]] pANTLR3_COMMON_TOKEN nextToken();
 
     /// Runs the start rule. Syntax errors are in the handler afterwards; what its operations throw passes through.
     void parse( bool isInclude );
 
   private:
-    template <class T>
-    struct Free {
-        void operator()( T* part ) const noexcept { part->free( part ); }
-    };
-    template <class T>
-    using Owner = std::unique_ptr<T, Free<T>>;
-
-    // Tokens and texts die with the lexer, file names with the streams: destroyed from the last to the first.
+    // Tokens and texts die with the lexer: destroyed from the last to the first.
     InputFile file_;
-    Owner<ANTLR3_INPUT_STREAM> newline_;
-    Owner<ANTLR3_INPUT_STREAM> input_;
-    Owner<mountProfileLexer_Ctx_struct> lexer_;
-    Owner<ANTLR3_COMMON_TOKEN_STREAM> tokens_;
+    std::optional<TokenWindow> window_;
+    std::optional<GeneratedLexer> lexer_;
+    Owner<ANTLR3_COMMON_TOKEN_STREAM> plainTokens_;
     Owner<mountProfileParser_Ctx_struct> parser_;
 };
 

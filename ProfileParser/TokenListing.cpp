@@ -1,6 +1,8 @@
 #include "ProfileParser/TokenListing.h"
 
-#include "ProfileParser/ParseSession.h"
+#include "ProfileParser/GeneratedLexer.h"
+#include "ProfileParser/InputFile.h"
+#include "ProfileParser/MountProfileHdlr.h"
 
 #include <stdexcept>
 
@@ -11,13 +13,15 @@ namespace Corvid {
 RecognitionError listTokens( const std::string& fileName,
                              const std::function<void( const ListedToken& )>& receive ) {
     MountProfileHdlr hdlr( fileName, nullptr, nullptr, false ); // only receives the lexer's first error
-    auto file = readInputFile( fileName, hdlr.maxFileSize() );
+    const auto file = readInputFile( fileName, hdlr.maxFileSize() );
     if ( !file )
         throw std::runtime_error( "cannot read " + fileName + " as a mount-profile file" );
-    ParseSession session( hdlr, fileName, std::move( *file ) );
-    const auto* names = reinterpret_cast<const char* const*>( session.parser()->pParser->rec->state->tokenNames );
-    for ( auto* token = session.nextToken(); token->type != ANTLR3_TOKEN_EOF; token = session.nextToken() )
+    GeneratedLexer lexer( hdlr, fileName, { file->data.get(), file->size } );
+    const auto* names = reinterpret_cast<const char* const*>( mountProfileParserTokenNames );
+    for ( auto* token = lexer.nextToken(); token->type != ANTLR3_TOKEN_EOF; token = lexer.nextToken() ) {
         receive( { token->type, names[ token->type ], token->line, token->charPosition, tokenText( token ) } );
+        lexer.forgetTokens();
+    }
     return hdlr.errorDesc();
 }
 

@@ -29,7 +29,7 @@ tokens {
 }
 
 @lexer::preincludes  { #include "ProfileParser/GrammarSupport.h" }
-@parser::preincludes { #include "ProfileParser/GrammarSupport.h" }
+@parser::preincludes { #include "ProfileParser/TokenWindow.h" }
 
 @lexer::context {
     Corvid::MountProfileHdlr * hdlr; // not owned
@@ -42,15 +42,34 @@ tokens {
     bool isIncludeFile;
     ANTLR3_INT32 section;            // one of Corvid::Section
     Corvid::MountProfileHdlr * hdlr; // not owned
+    Corvid::TokenWindow * window;    // not owned; null when the tokens come from the library's token stream
 }
 
 @parser::postinclude {
+    #include "ProfileParser/ParserTokens.h"
+
     #define HDLR        CTX->hdlr
     #define TEXT( start, stop ) Corvid::ruleText( CTX, start, stop )
     // Actions run on after a failed check, until the next match; a rule that fails by itself must leave at once, or
     // the next match would put its own mismatch on top and the message would be lost.
     #define FAIL( name, message ) { Corvid::raiseRecognitionError( CTX, message ); goto rule##name##Ex; }
     #define REPORT( ruleNumber )  CTX->reportError( CTX, ruleNumber )
+}
+
+@parser::members {
+    // What the rules do for every token, inline in place of calls through several pointers each.
+    #undef LA
+    #undef LT
+    #undef MATCHT
+    #undef CONSUME
+    #undef FOLLOWPUSH
+    #undef FOLLOWPOP
+    #define LA( k )                Corvid::tokenType( CTX, k )
+    #define LT( k )                Corvid::lookAhead( CTX, k )
+    #define MATCHT( type, follow ) Corvid::match( CTX, type, follow )
+    #define CONSUME()              Corvid::consume( CTX )
+    #define FOLLOWPUSH( follow )   Corvid::pushFollow( CTX, &( follow ) )
+    #define FOLLOWPOP()            Corvid::popFollow( CTX )
 }
 
 @lexer::postinclude {

@@ -1,0 +1,240 @@
+#include "ProfileParser/TokenScanner.h"
+
+#include <array>
+#include <cstring>
+
+#include "ProfileParser/GeneratedParser.h"
+
+namespace Corvid {
+
+namespace {
+
+/// What a character can begin. `other` covers what begins no token, or one that may be an error.
+enum Class : std::uint8_t { other, blank, comment, continuation, lineEnd, letter, digit, quote, punctuation, relation };
+
+constexpr std::string_view singleCharacters = "*),$.-(%?/";
+constexpr std::array<std::uint8_t, singleCharacters.size()> singleCharacterTypes{
+    ASTERISK, CLOSEPAREN, COMMA, DOLLAR, DOT, HYPHEN, OPENPAREN, PERCENTAGE, QSNMARK, SLASH };
+
+struct CharacterTable {
+    std::array<std::uint8_t, 256> classOf{};
+    std::array<bool, 256> continuesIdentifier{};
+    std::array<bool, 256> isHexDigit{};
+    std::array<std::uint8_t, 256> singleType{}; ///< 0 for ':' and '=', which may begin two-character tokens
+
+    constexpr CharacterTable() {
+        for ( const char c : { ' ', '\t' } )
+            classOf[ index( c ) ] = blank;
+        for ( const char c : { '\n', '\r' } )
+            classOf[ index( c ) ] = lineEnd;
+        for ( const char c : { ':', '=' } )
+            classOf[ index( c ) ] = punctuation;
+        for ( const char c : { '!', '<', '>' } )
+            classOf[ index( c ) ] = relation;
+        classOf[ index( '#' ) ] = comment;
+        classOf[ index( '\\' ) ] = continuation;
+        classOf[ index( '"' ) ] = quote;
+        for ( std::size_t i = 0; i < singleCharacters.size(); ++i ) {
+            classOf[ index( singleCharacters[ i ] ) ] = punctuation;
+            singleType[ index( singleCharacters[ i ] ) ] = singleCharacterTypes[ i ];
+        }
+        for ( int i = 0; i < 26; ++i )
+            for ( const int c : { 'a' + i, 'A' + i } ) {
+                classOf[ c ] = letter;
+                continuesIdentifier[ c ] = true;
+                isHexDigit[ c ] = i < 6;
+            }
+        for ( int c = '0'; c <= '9'; ++c ) {
+            classOf[ c ] = digit;
+            continuesIdentifier[ c ] = true;
+            isHexDigit[ c ] = true;
+        }
+        continuesIdentifier[ index( '_' ) ] = true;
+    }
+
+    static constexpr std::size_t index( char c ) { return static_cast<unsigned char>( c ); }
+};
+
+constexpr CharacterTable table;
+
+Class classOf( char c ) noexcept {
+    return static_cast<Class>( table.classOf[ CharacterTable::index( c ) ] );
+}
+
+bool isDigit( char c ) noexcept {
+    return c >= '0' && c <= '9';
+}
+
+struct Word {
+    std::string_view spelling; ///< in lower case
+    std::uint32_t type;
+    bool anyCase;
+};
+
+// A keyword that is added to the grammar and not here is read as an identifier.
+constexpr std::array<Word, 15> words{ {
+    { "agentname", AGENTNAME, true },
+    { "mountgroup", MOUNTGROUP, true },
+    { "condition", CONDITION, true },
+    { "conditionblocker", CONDITIONBLOCKER, true },
+    { "include", INCLUDE, true },
+    { "alias", ALIAS, true },
+    { "subagent", SUBAGENT, true },
+    { "rootflags", ROOTFLAGS, true },
+    { "nodefaultmountgroup", NODEFAULTMOUNTGROUP, true },
+    { "hybridmount", HYBRIDMOUNT, true },
+    { "mountfilter", MOUNTFILTER, true },
+    { "lowmountprio", LOWMOUNTPRIO, true },
+    { "and", AND, false },
+    { "in", OP, false },
+    { "notin", OP, false },
+} };
+
+/// For each first letter and length, as a bit per length, whether a word may be there: most identifiers end here.
+constexpr std::array<std::uint32_t, 26> lengthsByFirstLetter = [] {
+    std::array<std::uint32_t, 26> lengths{};
+    for ( const Word& word : words )
+        lengths[ static_cast<std::size_t>( word.spelling.front() - 'a' ) ] |= 1U << word.spelling.size();
+    return lengths;
+}();
+
+char lowerCase( char letter ) noexcept {
+    return static_cast<char>( letter | 0x20 );
+}
+
+bool spells( const Word& word, std::string_view text ) noexcept {
+    if ( text.size() != word.spelling.size() )
+        return false;
+    if ( !word.anyCase )
+        return text == word.spelling;
+    for ( std::size_t i = 0; i < text.size(); ++i )
+        if ( lowerCase( text[ i ] ) != word.spelling[ i ] )
+            return false;
+    return true;
+}
+
+/// The type of an identifier-like text that begins with a letter.
+std::uint32_t wordType( std::string_view text ) noexcept {
+    const auto letterIndex = static_cast<std::size_t>( lowerCase( text.front() ) - 'a' );
+    if ( text.size() < 32 && ( lengthsByFirstLetter[ letterIndex ] >> text.size() & 1U ) != 0 )
+        for ( const Word& word : words )
+            if ( spells( word, text ) )
+                return word.type;
+    return text.front() <= 'Z' ? UIDENT : LIDENT;
+}
+
+} // namespace
+
+template <class Belongs>
+const char* TokenScanner::runEnd( const char* at, Belongs belongs ) const noexcept {
+    while ( at != end_ && belongs( *at ) )
+        ++at;
+    return at;
+}
+
+TokenScanner::Result TokenScanner::scan( Token& token ) noexcept {
+    while ( place_.next != end_ ) {
+        switch ( classOf( *place_.next ) ) {
+        case blank:
+            ++place_.next;
+            break;
+        case comment:
+        case continuation:
+            if ( !skipped() )
+                return Result::notPlain;
+            break;
+        case lineEnd:
+            return tokenIs( token, NEWLN, place_.next + 1 );
+        case letter: {
+            const char* const end = runEnd( place_.next + 1, []( char c ) {
+                return table.continuesIdentifier[ CharacterTable::index( c ) ];
+            } );
+            return tokenIs( token, wordType( { place_.next, end } ), end );
+        }
+        case digit:
+            return scanNumber( token );
+        case quote:
+            return scanString( token );
+        case punctuation:
+            return scanPunctuation( token );
+        case relation:
+            return scanOperator( token );
+        case other:
+            return Result::notPlain;
+        }
+    }
+    return Result::endOfText;
+}
+
+/// Skips a comment with its line end, or a backslash with the line end behind it; both may stand at the end of the text.
+bool TokenScanner::skipped() noexcept {
+    const char* end = *place_.next == '#' ? commentEnd() : place_.next + 1;
+    if ( end != end_ ) {
+        if ( *end != '\n' )
+            return false;
+        ++end;
+        beginLineAt( end );
+    }
+    place_.next = end;
+    return true;
+}
+
+/// Where a comment's line end should be: behind one CR at most.
+const char* TokenScanner::commentEnd() const noexcept {
+    const char* const end = runEnd( place_.next, []( char c ) { return c != '\n' && c != '\r'; } );
+    return end != end_ && *end == '\r' ? end + 1 : end;
+}
+
+void TokenScanner::beginLineAt( const char* at ) noexcept {
+    place_.lineStart = at;
+    ++place_.line;
+}
+
+TokenScanner::Result TokenScanner::tokenIs( Token& token, std::uint32_t type, const char* end ) noexcept {
+    token = { type, place_.line, place_.charPositionInLine( place_.next ), { place_.next, end } };
+    if ( *place_.next == '\n' )
+        beginLineAt( end );
+    place_.next = end;
+    return Result::token;
+}
+
+TokenScanner::Result TokenScanner::scanNumber( Token& token ) noexcept {
+    const char* const end = runEnd( place_.next, isDigit );
+    if ( end == end_ )
+        return tokenIs( token, INT, end );
+    if ( *end == '.' ) { // nothing but a fraction may follow the dot
+        const char* const fractionEnd = runEnd( end + 1, isDigit );
+        return fractionEnd == end + 1 ? Result::notPlain : tokenIs( token, FLOAT, fractionEnd );
+    }
+    if ( lowerCase( *end ) == 'x' && end == place_.next + 1 && *place_.next == '0' ) {
+        const char* const hexEnd =
+            runEnd( end + 1, []( char c ) { return table.isHexDigit[ CharacterTable::index( c ) ]; } );
+        return hexEnd == end + 1 ? Result::notPlain : tokenIs( token, HEX, hexEnd );
+    }
+    return tokenIs( token, INT, end );
+}
+
+TokenScanner::Result TokenScanner::scanString( Token& token ) noexcept {
+    const char* const end = runEnd( place_.next + 1, []( char c ) { return c != '"' && c != '\n'; } );
+    return end == end_ || *end == '\n' ? Result::notPlain : tokenIs( token, STRING, end + 1 );
+}
+
+TokenScanner::Result TokenScanner::scanPunctuation( Token& token ) noexcept {
+    const char* const at = place_.next;
+    if ( const std::uint32_t type = table.singleType[ CharacterTable::index( *at ) ] )
+        return tokenIs( token, type, at + 1 );
+    const bool doubled = at + 1 != end_ && at[ 1 ] == *at;
+    if ( *at == ':' )
+        return tokenIs( token, doubled ? DOUBLECOLON : COLON, at + 1 + doubled );
+    return tokenIs( token, doubled ? OP : EQUAL, at + 1 + doubled );
+}
+
+TokenScanner::Result TokenScanner::scanOperator( Token& token ) noexcept {
+    const char* const at = place_.next;
+    const bool withEqual = at + 1 != end_ && at[ 1 ] == '=';
+    if ( *at == '!' && !withEqual )
+        return Result::notPlain;
+    return tokenIs( token, OP, at + 1 + withEqual );
+}
+
+} // namespace Corvid
