@@ -23,10 +23,26 @@ enum Section : ANTLR3_INT32 { topLevel = -1, inAgentTitle = 0, inIncludeFile = 1
 /// The characters of a token as they stand in the file, NULs included. Valid as long as the file's text.
 [[nodiscard]] std::string_view tokenText( pANTLR3_COMMON_TOKEN token );
 
-/// The texts of the tokens from start to stop, joined with nothing between them. White space, comments and characters
-/// that no token begins with never became tokens, so they are not part of it.
+/// Sets text to the texts of the tokens from start to stop, joined with nothing between them. White space, comments and
+/// characters that no token begins with never became tokens, so they are not part of it.
+void setRuleText( std::string& text, mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start,
+                  pANTLR3_COMMON_TOKEN stop );
+/// The same as a text of its own.
 [[nodiscard]] std::string ruleText( mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start,
                                     pANTLR3_COMMON_TOKEN stop );
+
+/// The texts of the mount line being read; kept from line to line, because their memory is.
+struct MountLine {
+    std::string path;
+    std::string type;
+    std::string flags;
+    std::string filter;
+
+    void clear() noexcept {
+        path.clear();
+        filter.clear(); // the others are set on every line
+    }
+};
 
 /// Appends a STRING token's text less its first and its last character, the quotes.
 void appendUnquoted( pANTLR3_COMMON_TOKEN string, std::string& text );

@@ -9,7 +9,7 @@ namespace Corvid {
 
 /// A file's whole content.
 struct InputFile {
-    std::unique_ptr<char[]> data; ///< never null, also for an empty file
+    std::unique_ptr<char[]> data; ///< followed by a NUL that is not part of it
     std::size_t size = 0;
 };
 

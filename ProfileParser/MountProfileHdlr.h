@@ -3,6 +3,7 @@
 #include "Corvid/EntityManager.h"
 #include "Kiv/Ptr.h"
 #include "ProfileParser/AntlrParserCtx.h"
+#include "ProfileParser/SharedTexts.h"
 #include "ProfileStore/Export.h"
 #include "ProfileStore/PassiveAgentProfileDir.h"
 
@@ -152,6 +153,7 @@ class CORVID_API MountProfileHdlr {
     bool maybeIncludeFile_ = false;
     std::size_t maxFileSize_ = defaultMaxFileSize;
     bool plainTokens_ = false;
+    SharedTexts sharedTexts_;
 };
 
 /// The id of the active cell: the environment variable ACTIVE_CELLID as a decimal number (0 for text that is none),

@@ -3,6 +3,7 @@
 #include "ProfileParser/MountProfileHdlr.h"
 
 #include <string_view>
+#include <utility>
 
 namespace Corvid {
 
@@ -33,8 +34,8 @@ void MountProfileHdlr::addMount( const std::string& path, const std::string& typ
     }
     // A fresh value: a line without a filter takes away the one that an earlier line gave this path.
     Mount mount( existing ? existing->path() : Kiv::String8( normalised ),
-                 existing ? existing->type() : Kiv::String8( type ),
-                 Kiv::String8( existing ? mergedFlags( existing->flags(), flags ) : flags ) );
+                 existing ? existing->type() : sharedTexts_.of( type ),
+                 sharedTexts_.of( existing ? mergedFlags( existing->flags(), flags ) : flags ) );
     if ( !mountFilter.empty() ) {
         const auto declared = mountFilterMap_.find( mountFilter );
         if ( declared == mountFilterMap_.end() ) {
@@ -43,7 +44,7 @@ void MountProfileHdlr::addMount( const std::string& path, const std::string& typ
         }
         mount.mountFilterIs( declared->second );
     }
-    currMg_->mountProfileIs( mount );
+    currMg_->mountProfileIs( std::move( mount ) );
 }
 
 } // namespace Corvid

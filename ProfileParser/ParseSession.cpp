@@ -25,6 +25,8 @@ ParseSession::ParseSession( MountProfileHdlr& hdlr, const std::string& fileName,
     }
     parser_ = owned( mountProfileParserNew( window_ ? window_->tokenStream() : plainTokens_.get() ) );
     parser_->window = window_ ? &*window_ : nullptr;
+    parser_->line = &line_;
+    parser_->state = parser_->pParser->rec->state;
     parser_->hdlr = &hdlr;
     parser_->reportError = reportParserError;
     parser_->setErrorDesc = setParserErrorDesc;

@@ -43,6 +43,7 @@ class ParseSession {
     std::optional<TokenWindow> window_;
     std::optional<GeneratedLexer> lexer_;
     Owner<ANTLR3_COMMON_TOKEN_STREAM> plainTokens_;
+    MountLine line_;
     Owner<mountProfileParser_Ctx_struct> parser_;
 };
 

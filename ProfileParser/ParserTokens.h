@@ -30,21 +30,21 @@ inline void consume( mountProfileParser_Ctx_struct* ctx ) {
 
 /// As the library's `match`, which takes over when the token is not the expected one.
 inline void* match( mountProfileParser_Ctx_struct* ctx, ANTLR3_UINT32 type, pANTLR3_BITSET_LIST follow ) {
-    const pANTLR3_BASE_RECOGNIZER recognizer = ctx->pParser->rec;
     if ( ctx->window ) [[likely]]
         if ( const pANTLR3_COMMON_TOKEN token = ctx->window->matched( type ) ) [[likely]] {
-            recognizer->state->errorRecovery = ANTLR3_FALSE;
-            recognizer->state->failed = ANTLR3_FALSE;
-            if ( type == NEWLN && !recognizer->state->error ) // an error still names its token
+            ctx->state->errorRecovery = ANTLR3_FALSE;
+            ctx->state->failed = ANTLR3_FALSE;
+            if ( type == NEWLN && !ctx->state->error ) // an error still names its token
                 ctx->window->lineIsRead();
             return token;
         }
+    const pANTLR3_BASE_RECOGNIZER recognizer = ctx->pParser->rec;
     return recognizer->match( recognizer, type, follow );
 }
 
 /// The stack of follow sets tells a missing token from a wrong one. Its elements are static data: nothing to free.
 inline void pushFollow( mountProfileParser_Ctx_struct* ctx, pANTLR3_BITSET_LIST follow ) {
-    const pANTLR3_STACK stack = ctx->pParser->rec->state->following;
+    const pANTLR3_STACK stack = ctx->state->following;
     ANTLR3_VECTOR& vector = *stack->vector;
     if ( vector.count == vector.elementsSize ) [[unlikely]] {
         stack->push( stack, follow, nullptr );
@@ -55,7 +55,7 @@ inline void pushFollow( mountProfileParser_Ctx_struct* ctx, pANTLR3_BITSET_LIST 
 }
 
 inline void popFollow( mountProfileParser_Ctx_struct* ctx ) {
-    --ctx->pParser->rec->state->following->vector->count;
+    --ctx->state->following->vector->count;
 }
 
 } // namespace Corvid

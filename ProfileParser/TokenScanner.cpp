@@ -10,7 +10,19 @@ namespace Corvid {
 namespace {
 
 /// What a character can begin. `other` covers what begins no token, or one that may be an error.
-enum Class : std::uint8_t { other, blank, comment, continuation, lineEnd, letter, digit, quote, punctuation, relation };
+enum Class : std::uint8_t {
+    other,
+    blank,
+    comment,
+    continuation,
+    lineEnd,
+    letter,
+    digit,
+    quote,
+    single, ///< a token by itself
+    pair,   ///< a token by itself or doubled
+    relation
+};
 
 constexpr std::string_view singleCharacters = "*),$.-(%?/";
 constexpr std::array<std::uint8_t, singleCharacters.size()> singleCharacterTypes{
@@ -20,7 +32,7 @@ struct CharacterTable {
     std::array<std::uint8_t, 256> classOf{};
     std::array<bool, 256> continuesIdentifier{};
     std::array<bool, 256> isHexDigit{};
-    std::array<std::uint8_t, 256> singleType{}; ///< 0 for ':' and '=', which may begin two-character tokens
+    std::array<std::uint8_t, 256> singleType{};
 
     constexpr CharacterTable() {
         for ( const char c : { ' ', '\t' } )
@@ -28,14 +40,14 @@ struct CharacterTable {
         for ( const char c : { '\n', '\r' } )
             classOf[ index( c ) ] = lineEnd;
         for ( const char c : { ':', '=' } )
-            classOf[ index( c ) ] = punctuation;
+            classOf[ index( c ) ] = pair;
         for ( const char c : { '!', '<', '>' } )
             classOf[ index( c ) ] = relation;
         classOf[ index( '#' ) ] = comment;
         classOf[ index( '\\' ) ] = continuation;
         classOf[ index( '"' ) ] = quote;
         for ( std::size_t i = 0; i < singleCharacters.size(); ++i ) {
-            classOf[ index( singleCharacters[ i ] ) ] = punctuation;
+            classOf[ index( singleCharacters[ i ] ) ] = single;
             singleType[ index( singleCharacters[ i ] ) ] = singleCharacterTypes[ i ];
         }
         for ( int i = 0; i < 26; ++i )
@@ -118,7 +130,7 @@ std::uint32_t wordType( std::string_view text ) noexcept {
     const auto letterIndex = static_cast<std::size_t>( lowerCase( text.front() ) - 'a' );
     if ( text.size() < 32 && ( lengthsByFirstLetter[ letterIndex ] >> text.size() & 1U ) != 0 )
         for ( const Word& word : words )
-            if ( spells( word, text ) )
+            if ( lowerCase( text.back() ) == word.spelling.back() && spells( word, text ) )
                 return word.type;
     return text.front() <= 'Z' ? UIDENT : LIDENT;
 }
@@ -132,11 +144,23 @@ const char* TokenScanner::runEnd( const char* at, Belongs belongs ) const noexce
     return at;
 }
 
-TokenScanner::Result TokenScanner::scan( Token& token ) noexcept {
+inline TokenScanner::Result TokenScanner::tokenIs( ANTLR3_COMMON_TOKEN& token, std::uint32_t type,
+                                                   const char* end ) noexcept {
+    const char* const start = place_.next;
+    token.type = type;
+    token.line = place_.line;
+    token.charPosition = place_.charPositionInLine( start );
+    token.start = reinterpret_cast<ANTLR3_MARKER>( start );
+    token.stop = reinterpret_cast<ANTLR3_MARKER>( end - 1 );
+    place_.next = end;
+    return Result::token;
+}
+
+inline TokenScanner::Result TokenScanner::scan( ANTLR3_COMMON_TOKEN& token ) noexcept {
     while ( place_.next != end_ ) {
         switch ( classOf( *place_.next ) ) {
         case blank:
-            ++place_.next;
+            place_.next = runEnd( place_.next + 1, []( char c ) { return c == ' ' || c == '\t'; } );
             break;
         case comment:
         case continuation:
@@ -144,19 +168,24 @@ TokenScanner::Result TokenScanner::scan( Token& token ) noexcept {
                 return Result::notPlain;
             break;
         case lineEnd:
-            return tokenIs( token, NEWLN, place_.next + 1 );
+            tokenIs( token, NEWLN, place_.next + 1 );
+            if ( place_.next[ -1 ] == '\n' )
+                beginLineAt( place_.next );
+            return Result::token;
         case letter: {
-            const char* const end = runEnd( place_.next + 1, []( char c ) {
-                return table.continuesIdentifier[ CharacterTable::index( c ) ];
-            } );
+            const char* end = place_.next + 1;
+            while ( table.continuesIdentifier[ CharacterTable::index( *end ) ] ) // the NUL behind the text does not
+                ++end;
             return tokenIs( token, wordType( { place_.next, end } ), end );
         }
+        case single:
+            return tokenIs( token, table.singleType[ CharacterTable::index( *place_.next ) ], place_.next + 1 );
         case digit:
             return scanNumber( token );
         case quote:
             return scanString( token );
-        case punctuation:
-            return scanPunctuation( token );
+        case pair:
+            return scanPair( token );
         case relation:
             return scanOperator( token );
         case other:
@@ -164,6 +193,19 @@ TokenScanner::Result TokenScanner::scan( Token& token ) noexcept {
         }
     }
     return Result::endOfText;
+}
+
+TokenScanner::Result TokenScanner::scanLine( std::span<const pANTLR3_COMMON_TOKEN> slots,
+                                             std::size_t& count ) noexcept {
+    for ( count = 0; count < slots.size(); ++count ) {
+        if ( const Result result = scan( *slots[ count ] ); result != Result::token )
+            return result;
+        if ( slots[ count ]->type == NEWLN ) {
+            ++count;
+            break;
+        }
+    }
+    return Result::token;
 }
 
 /// Skips a comment with its line end, or a backslash with the line end behind it; both may stand at the end of the text.
@@ -190,15 +232,7 @@ void TokenScanner::beginLineAt( const char* at ) noexcept {
     ++place_.line;
 }
 
-TokenScanner::Result TokenScanner::tokenIs( Token& token, std::uint32_t type, const char* end ) noexcept {
-    token = { type, place_.line, place_.charPositionInLine( place_.next ), { place_.next, end } };
-    if ( *place_.next == '\n' )
-        beginLineAt( end );
-    place_.next = end;
-    return Result::token;
-}
-
-TokenScanner::Result TokenScanner::scanNumber( Token& token ) noexcept {
+TokenScanner::Result TokenScanner::scanNumber( ANTLR3_COMMON_TOKEN& token ) noexcept {
     const char* const end = runEnd( place_.next, isDigit );
     if ( end == end_ )
         return tokenIs( token, INT, end );
@@ -214,22 +248,20 @@ TokenScanner::Result TokenScanner::scanNumber( Token& token ) noexcept {
     return tokenIs( token, INT, end );
 }
 
-TokenScanner::Result TokenScanner::scanString( Token& token ) noexcept {
+TokenScanner::Result TokenScanner::scanString( ANTLR3_COMMON_TOKEN& token ) noexcept {
     const char* const end = runEnd( place_.next + 1, []( char c ) { return c != '"' && c != '\n'; } );
     return end == end_ || *end == '\n' ? Result::notPlain : tokenIs( token, STRING, end + 1 );
 }
 
-TokenScanner::Result TokenScanner::scanPunctuation( Token& token ) noexcept {
+TokenScanner::Result TokenScanner::scanPair( ANTLR3_COMMON_TOKEN& token ) noexcept {
     const char* const at = place_.next;
-    if ( const std::uint32_t type = table.singleType[ CharacterTable::index( *at ) ] )
-        return tokenIs( token, type, at + 1 );
     const bool doubled = at + 1 != end_ && at[ 1 ] == *at;
     if ( *at == ':' )
         return tokenIs( token, doubled ? DOUBLECOLON : COLON, at + 1 + doubled );
     return tokenIs( token, doubled ? OP : EQUAL, at + 1 + doubled );
 }
 
-TokenScanner::Result TokenScanner::scanOperator( Token& token ) noexcept {
+TokenScanner::Result TokenScanner::scanOperator( ANTLR3_COMMON_TOKEN& token ) noexcept {
     const char* const at = place_.next;
     const bool withEqual = at + 1 != end_ && at[ 1 ] == '=';
     if ( *at == '!' && !withEqual )

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
+
+#include <antlr3.h>
 
 namespace Corvid {
 
@@ -22,34 +26,31 @@ class TokenScanner {
         }
     };
 
-    struct Token {
-        std::uint32_t type;
-        std::uint32_t line;
-        std::int32_t charPositionInLine;
-        std::string_view text;
-    };
-
     enum class Result { token, notPlain, endOfText };
 
+    /// @param text followed by a NUL that is not part of it; not copied.
     explicit TokenScanner( std::string_view text ) noexcept
         : place_{ text.data(), text.data(), 1 }, end_( text.data() + text.size() ) {}
 
-    /// Skips white space, comments and line continuations and reads one token. `notPlain` when that meets something
-    /// that may be an error; `place()` is then where the generated lexer has to go on.
-    [[nodiscard]] Result scan( Token& token ) noexcept;
+    /// Reads tokens to the end of the line, but at most as many as there are slots; skips white space, comments and line
+    /// continuations. `notPlain` when that meets something that may be an error; `place()` is then where the generated
+    /// lexer has to go on.
+    /// @param slots receive type, line, position, start and stop. @param count receives how many were filled.
+    Result scanLine( std::span<const pANTLR3_COMMON_TOKEN> slots, std::size_t& count ) noexcept;
 
     [[nodiscard]] const Place& place() const noexcept { return place_; }
     void placeIs( const Place& place ) noexcept { place_ = place; }
 
   private:
+    [[nodiscard]] Result scan( ANTLR3_COMMON_TOKEN& token ) noexcept;
     [[nodiscard]] bool skipped() noexcept;
     [[nodiscard]] const char* commentEnd() const noexcept;
     void beginLineAt( const char* at ) noexcept;
-    [[nodiscard]] Result tokenIs( Token& token, std::uint32_t type, const char* end ) noexcept;
-    [[nodiscard]] Result scanNumber( Token& token ) noexcept;
-    [[nodiscard]] Result scanString( Token& token ) noexcept;
-    [[nodiscard]] Result scanPunctuation( Token& token ) noexcept;
-    [[nodiscard]] Result scanOperator( Token& token ) noexcept;
+    Result tokenIs( ANTLR3_COMMON_TOKEN& token, std::uint32_t type, const char* end ) noexcept;
+    [[nodiscard]] Result scanNumber( ANTLR3_COMMON_TOKEN& token ) noexcept;
+    [[nodiscard]] Result scanString( ANTLR3_COMMON_TOKEN& token ) noexcept;
+    [[nodiscard]] Result scanPair( ANTLR3_COMMON_TOKEN& token ) noexcept;
+    [[nodiscard]] Result scanOperator( ANTLR3_COMMON_TOKEN& token ) noexcept;
     template <class Belongs>
     [[nodiscard]] const char* runEnd( const char* at, Belongs belongs ) const noexcept;
 

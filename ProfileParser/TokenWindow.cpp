@@ -1,6 +1,6 @@
 #include "ProfileParser/TokenWindow.h"
 
-#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "ProfileParser/GeneratedParser.h"
@@ -41,6 +41,15 @@ void makeToken( ANTLR3_COMMON_TOKEN& token, ANTLR3_INPUT_STREAM& input ) {
     token.input = &input;
 }
 
+void setToken( ANTLR3_COMMON_TOKEN& token, ANTLR3_UINT32 type, ANTLR3_UINT32 line, ANTLR3_INT32 charPosition,
+               std::string_view text ) {
+    token.type = type;
+    token.line = line;
+    token.charPosition = charPosition;
+    token.start = reinterpret_cast<ANTLR3_MARKER>( text.data() );
+    token.stop = reinterpret_cast<ANTLR3_MARKER>( text.data() + text.size() - 1 );
+}
+
 } // namespace
 
 TokenWindow::TokenWindow( MountProfileHdlr& hdlr, std::string fileName, std::string_view text )
@@ -64,25 +73,15 @@ void TokenWindow::addBlock() {
     }
 }
 
-/// Reads tokens until that many slots are filled. At the end of input the rest gets the end-of-input token.
+/// Reads lines until that many slots are filled.
 void TokenWindow::fill( std::size_t slots ) {
     while ( filled_ < slots ) {
         if ( filled_ == slots_.size() )
             addBlock();
-        TokenScanner::Token scanned;
-        if ( !read( scanned ) ) {
-            slots_[ filled_ ] = &endOfInput_; // the last thing that this slot will hold
-            ++filled_;
-            continue;
-        }
-        ANTLR3_COMMON_TOKEN& token = *slots_[ filled_ ];
-        token.type = scanned.type;
-        token.line = scanned.line;
-        token.charPosition = scanned.charPositionInLine;
-        token.start = reinterpret_cast<ANTLR3_MARKER>( scanned.text.data() );
-        token.stop = token.start + static_cast<ANTLR3_MARKER>( scanned.text.size() ) - 1;
-        token.index = static_cast<ANTLR3_MARKER>( forgotten_ + filled_ );
-        ++filled_;
+        const std::size_t first = filled_;
+        readLine();
+        for ( std::size_t slot = first; slot < filled_; ++slot )
+            slots_[ slot ]->index = static_cast<ANTLR3_MARKER>( forgotten_ + slot );
     }
 }
 
@@ -93,33 +92,34 @@ void TokenWindow::forgetReadTokens() noexcept {
     filled_ = 1;
 }
 
-/// @return false at the end of input.
-bool TokenWindow::read( TokenScanner::Token& token ) {
+/// Fills at least one slot, and as many as the line has tokens if there is room.
+void TokenWindow::readLine() {
     if ( phase_ == Phase::inFile ) {
-        switch ( scanner_.scan( token ) ) {
-        case TokenScanner::Result::token:
-            return true;
-        case TokenScanner::Result::notPlain:
-            readWithLexer( token );
-            return true;
-        case TokenScanner::Result::endOfText:
-            phase_ = Phase::atAppendedLineEnd;
+        std::size_t count = 0;
+        const auto result = scanner_.scanLine( std::span( slots_ ).subspan( filled_ ), count );
+        filled_ += count;
+        if ( count != 0 )
+            return; // what stopped the scanner is met again
+        if ( result == TokenScanner::Result::notPlain ) {
+            readWithLexer( *slots_[ filled_++ ] );
+            return;
         }
+        phase_ = Phase::atAppendedLineEnd;
     }
-    if ( phase_ == Phase::atEnd )
-        return false;
-    token = { NEWLN, 1, 0, appendedLineEnd };
-    phase_ = Phase::atEnd;
-    return true;
+    ANTLR3_COMMON_TOKEN*& slot = slots_[ filled_++ ];
+    if ( std::exchange( phase_, Phase::atEnd ) == Phase::atAppendedLineEnd )
+        setToken( *slot, NEWLN, 1, 0, appendedLineEnd );
+    else
+        slot = &endOfInput_; // the last thing that this slot will hold
 }
 
 /// Has the generated lexer read one token from the scanner's place on. That may be the line end that is appended to
 /// the file. @return whether the file goes on.
-bool TokenWindow::readWithLexer( TokenScanner::Token& token ) {
+bool TokenWindow::readWithLexer( ANTLR3_COMMON_TOKEN& token ) {
     GeneratedLexer& generated = lexer();
     generated.placeIs( scanner_.place() );
     const pANTLR3_COMMON_TOKEN read = generated.nextToken();
-    token = { read->type, read->line, read->charPosition, tokenText( read ) };
+    setToken( token, read->type, read->line, read->charPosition, tokenText( read ) );
     generated.forgetTokens();
     if ( generated.isPastFile() )
         phase_ = Phase::atEnd;
@@ -138,11 +138,15 @@ void TokenWindow::finishLexing() {
     if ( std::exchange( lexingIsFinished_, true ) || phase_ != Phase::inFile )
         return;
     const TokenScanner::Place parsersPlace = scanner_.place();
-    TokenScanner::Token token;
-    for ( auto result = scanner_.scan( token ); result != TokenScanner::Result::endOfText;
-          result = scanner_.scan( token ) )
+    ANTLR3_COMMON_TOKEN token{};
+    const std::array slots{ &token };
+    for ( std::size_t count = 0;; ) {
+        const auto result = scanner_.scanLine( slots, count );
+        if ( result == TokenScanner::Result::endOfText )
+            break;
         if ( result == TokenScanner::Result::notPlain && !readWithLexer( token ) )
             break;
+    }
     scanner_.placeIs( parsersPlace );
     if ( std::exchange( phase_, Phase::inFile ) != Phase::inFile )
         lexer_->returnToFile();

@@ -3,6 +3,7 @@
 #include "ProfileParser/GeneratedLexer.h"
 #include "ProfileParser/GrammarSupport.h"
 #include "ProfileParser/TokenScanner.h"
+#include "ProfileParser/TokenScanner.h"
 
 #include <memory>
 #include <string>
@@ -81,8 +82,8 @@ class TokenWindow {
     void fill( std::size_t slots );
     void addBlock();
     void forgetReadTokens() noexcept;
-    [[nodiscard]] bool read( TokenScanner::Token& token );
-    bool readWithLexer( TokenScanner::Token& token );
+    void readLine();
+    bool readWithLexer( ANTLR3_COMMON_TOKEN& token );
     [[nodiscard]] GeneratedLexer& lexer();
 
     static constexpr std::size_t blockSize = 32; // more than most statements have tokens

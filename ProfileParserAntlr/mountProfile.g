@@ -43,13 +43,16 @@ tokens {
     ANTLR3_INT32 section;            // one of Corvid::Section
     Corvid::MountProfileHdlr * hdlr; // not owned
     Corvid::TokenWindow * window;    // not owned; null when the tokens come from the library's token stream
+    Corvid::MountLine * line;        // not owned
+    pANTLR3_RECOGNIZER_SHARED_STATE state; // the recogniser's own, within short reach
 }
 
 @parser::postinclude {
     #include "ProfileParser/ParserTokens.h"
 
     #define HDLR        CTX->hdlr
-    #define TEXT( start, stop ) Corvid::ruleText( CTX, start, stop )
+    #define TEXT( start, stop )      Corvid::ruleText( CTX, start, stop )
+    #define SET( text, start, stop ) Corvid::setRuleText( text, CTX, start, stop )
     // Actions run on after a failed check, until the next match; a rule that fails by itself must leave at once, or
     // the next match would put its own mismatch on top and the message would be lost.
     #define FAIL( name, message ) { Corvid::raiseRecognitionError( CTX, message ); goto rule##name##Ex; }
@@ -64,6 +67,8 @@ tokens {
     #undef CONSUME
     #undef FOLLOWPUSH
     #undef FOLLOWPOP
+    #undef PSRSTATE
+    #define PSRSTATE               CTX->state
     #define LA( k )                Corvid::tokenType( CTX, k )
     #define LT( k )                Corvid::lookAhead( CTX, k )
     #define MATCHT( type, follow ) Corvid::match( CTX, type, follow )
@@ -224,10 +229,10 @@ rootFlags : ROOTFLAGS COLON ident       { HDLR->setRootFlags( TEXT( $ident.start
 catch [ any ] { REPORT( 20 ); }
 
 mountEntry                                                                                                   // 21
-@declarations { std::string where; std::string type; std::string flags; std::string filter; }
-    : ( ( text = STRING                 { Corvid::appendUnquoted( $text, where ); }
+@init { Corvid::MountLine & line = *CTX->line; line.clear(); }
+    : ( ( text = STRING                 { Corvid::appendUnquoted( $text, line.path ); }
         )+
-      | path                            { where = TEXT( $path.start, $path.stop ); }
+      | path                            { SET( line.path, $path.start, $path.stop ); }
       )
                                         {
                                             if ( LA( 1 ) == COLON )
@@ -235,11 +240,11 @@ mountEntry                                                                      
                                                     ? "Found ':', include file should only contain mounts"
                                                     : "Invalid keyword before ':'" )
                                         }
-      COMMA entityType                  { type = TEXT( $entityType.start, $entityType.stop ); }
-      COMMA ident                       { flags = TEXT( $ident.start, $ident.stop ); }
-      ( COMMA mountFilterId             { filter = TEXT( $mountFilterId.start, $mountFilterId.stop ); }
+      COMMA entityType                  { SET( line.type, $entityType.start, $entityType.stop ); }
+      COMMA ident                       { SET( line.flags, $ident.start, $ident.stop ); }
+      ( COMMA mountFilterId             { SET( line.filter, $mountFilterId.start, $mountFilterId.stop ); }
       )?
-                                        { HDLR->addMount( where, type, flags, filter ); }
+                                        { HDLR->addMount( line.path, line.type, line.flags, line.filter ); }
       NEWLN+
     ;
 catch [ any ] { REPORT( 21 ); }

@@ -33,7 +33,8 @@ class CORVID_API PassiveMountGroup : public Kiv::Entity {
     /// The mount at a path, or null. Valid until that entry is replaced.
     [[nodiscard]] const Mount* mountProfile( std::string_view path ) const noexcept;
     /// Inserts a mount under its path, or replaces the one that is there.
-    void mountProfileIs( const Mount& mount );
+    void mountProfileIs( const Mount& mount ) { mountProfileIs( Mount( mount ) ); }
+    void mountProfileIs( Mount&& mount );
 
     /// The single conditions, in the order given.
     [[nodiscard]] const ConditionQueue& conditionCol() const noexcept { return conditionCol_; }
@@ -57,6 +58,8 @@ class CORVID_API PassiveMountGroup : public Kiv::Entity {
 
   private:
     friend class PassiveAgentProfile;
+
+    [[nodiscard]] bool belongsAtEnd( std::string_view path ) const noexcept;
 
     Kiv::Name name_;
     unsigned priority_;
