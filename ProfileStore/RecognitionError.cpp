@@ -33,8 +33,12 @@ std::string_view withoutBlanksAtEnds( std::string_view text ) {
 Kiv::String8 RecognitionError::composeErrorDescMessage() const {
     std::string message;
     appendPrintable( message, placeFileName() );
-    if ( hasPlace() )
-        message += ":" + std::to_string( line_ ) + ":" + std::to_string( column() );
+    if ( hasPlace() ) {
+        message += ':';
+        message += std::to_string( line_ );
+        message += ':';
+        message += std::to_string( column() );
+    }
     message += ": error: ";
     appendPrintable( message, withoutBlanksAtEnds( description_ ) );
     if ( !includeFileName_.empty() ) {

@@ -48,7 +48,7 @@ class CORVID_API RecognitionError {
     }
     /// The column for people: from 1 on every line, the first one included.
     [[nodiscard]] std::uint32_t column() const noexcept {
-        return static_cast<std::uint32_t>( charPositionInLine_ + ( line_ == 1 ? 2 : 1 ) );
+        return static_cast<std::uint32_t>( charPositionInLine_ ) + ( line_ == 1 ? 2 : 1 );
     }
 
     /// The error as one line without a newline: `FILE:LINE:COLUMN: error: TEXT`, with ` (included from AGENTFILE)`

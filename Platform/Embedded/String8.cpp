@@ -1,7 +1,7 @@
 #include "Kiv/String8.h"
 
+#include <algorithm>
 #include <cstring>
-#include <limits>
 #include <new>
 #include <ostream>
 #include <stdexcept>
@@ -13,9 +13,9 @@ constinit String8::Datum String8::emptyDatum{ RefCount( 1 ), 0, { '\0' } };
 String8::Datum* String8::newDatum( std::string_view text ) {
     if ( text.empty() )
         return &emptyDatum;
-    if ( text.size() > std::numeric_limits<std::uint32_t>::max() - sizeof( Datum ) )
+    if ( text.size() > maxSize )
         throw std::length_error( "Kiv::String8: text of " + std::to_string( text.size() ) + " bytes is too long" );
-    void* memory = ::operator new( offsetof( Datum, text ) + text.size() + 1 );
+    void* memory = ::operator new( std::max( sizeof( Datum ), offsetof( Datum, text ) + text.size() + 1 ) );
     auto* datum = ::new ( memory ) Datum{ RefCount( 1 ), static_cast<std::uint32_t>( text.size() ), {} };
     char* bytes = static_cast<char*>( memory ) + offsetof( Datum, text );
     std::memcpy( bytes, text.data(), text.size() );

@@ -21,6 +21,9 @@ class Ptr {
     template <class U>
         requires std::is_convertible_v<U*, T*>
     Ptr( const Ptr<U>& other ) noexcept : Ptr( other.get() ) {}
+    template <class U>
+        requires std::is_convertible_v<U*, T*>
+    Ptr( Ptr<U>&& other ) noexcept : object_( std::exchange( other.object_, nullptr ) ) {}
     Ptr& operator=( Ptr other ) noexcept {
         std::swap( object_, other.object_ );
         return *this;
@@ -39,6 +42,9 @@ class Ptr {
     friend bool operator==( const Ptr& a, std::nullptr_t ) noexcept { return a.object_ == nullptr; }
 
   private:
+    template <class U>
+    friend class Ptr;
+
     void addRef() const noexcept {
         if ( object_ )
             object_->addRef();

@@ -3,6 +3,10 @@
 #include <atomic>
 #include <cstdint>
 
+#ifndef KIV_THREAD_SAFE_POINTERS
+#define KIV_THREAD_SAFE_POINTERS 1
+#endif
+
 namespace Kiv {
 
 /// The count inside a reference-counted object. Atomic when thread-safe pointers are switched on
@@ -20,7 +24,8 @@ class RefCount {
         return count_.load( std::memory_order_acquire ) == 1 ||
                count_.fetch_sub( 1, std::memory_order_acq_rel ) == 1;
     }
-    [[nodiscard]] std::uint32_t value() const noexcept { return count_.load( std::memory_order_relaxed ); }
+    /// Who reads 1 is the only owner, and sees all that former owners did with the object.
+    [[nodiscard]] std::uint32_t value() const noexcept { return count_.load( std::memory_order_acquire ); }
 
   private:
     mutable std::atomic<std::uint32_t> count_;

@@ -5,6 +5,7 @@
 
 #include <compare>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <iosfwd>
 #include <string>
@@ -17,9 +18,12 @@ namespace Kiv {
 /// empty texts share one and the same. Compared byte-wise (unsigned).
 class KIV_API String8 {
   public:
+    /// The longest text, in bytes.
+    static constexpr std::size_t maxSize = 0xFFFFFFEF;
+
     String8() noexcept : datum_( &emptyDatum ) {}
     /// Copies the bytes of text, all of them.
-    /// @throws std::length_error above 4,294,967,279 bytes, std::bad_alloc when memory runs out.
+    /// @throws std::length_error above `maxSize` bytes, std::bad_alloc when memory runs out.
     explicit String8( std::string_view text ) : datum_( newDatum( text ) ) {}
     String8( const std::string& text ) : String8( std::string_view( text ) ) {}
     /// Copies the bytes before the first NUL. @param text not null.
