@@ -66,10 +66,10 @@ class EmbeddedPathTrie final : public Brae::PathTrie {
         for ( ;; ) {
             if ( const auto found = records_.find( path ); found != records_.end() )
                 return &found->second;
-            const auto slash = path.rfind( '/' );
-            if ( slash == std::string_view::npos )
+            if ( path.empty() )
                 return nullptr;
-            path = path.substr( 0, slash );
+            const auto slash = path.rfind( '/' );
+            path = path.substr( 0, slash == std::string_view::npos ? 0 : slash );
         }
     }
 
@@ -101,7 +101,8 @@ Ptr<const Corvid::EntityManager> newEntityManager( const String8& systemName, bo
     return new EmbeddedEntityManager( systemName, standalone );
 }
 
-Ptr<Redundancy::RedundancyStatus> newRedundancyStatus( Redundancy::Mode configured, Redundancy::Mode operational ) {
+Ptr<Redundancy::RedundancyStatus> newRedundancyStatus( Redundancy::Mode configured,
+                                                       Redundancy::Mode operational ) {
     return new EmbeddedRedundancyStatus( configured, operational );
 }
 

@@ -1,5 +1,5 @@
-#include "EmbeddedPlatform.h"
 #include "Kiv/Entity.h"
+#include "EmbeddedPlatform.h"
 
 #include <map>
 #include <utility>

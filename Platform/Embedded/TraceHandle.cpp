@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <mutex>
 #include <set>
+#include <sstream>
 #include <string>
+#include <utility>
 
 namespace Kiv {
 
@@ -34,7 +36,7 @@ TraceRegistry& registry() {
 std::uint32_t levelBits( std::string_view range ) {
     unsigned first = 0;
     const char* end = range.data() + range.size();
-    auto [ at, error ] = std::from_chars( range.data(), end, first );
+    auto [at, error] = std::from_chars( range.data(), end, first );
     if ( error != std::errc() )
         return 0;
     unsigned last = first;
@@ -82,11 +84,14 @@ TraceHandle::~TraceHandle() {
 void TraceHandle::trace( unsigned level, const char* function, unsigned line, std::string_view text ) const {
     auto& shared = registry();
     const std::lock_guard lock( shared.mutex );
-    if ( shared.sink )
+    if ( shared.sink ) {
         shared.sink( *this, level, function, line, text );
-    else
-        std::fprintf( stderr, "%s/%u %s:%u %.*s\n", name_, level, function, line,
-                      static_cast<int>( text.size() ), text.data() );
+        return;
+    }
+    std::ostringstream out;
+    out << name_ << '/' << level << ' ' << function << ':' << line << ' ' << text << '\n';
+    const std::string whole = out.str();
+    std::fwrite( whole.data(), 1, whole.size(), stderr );
 }
 
 void Embedded::traceSinkIs( TraceSink sink ) {

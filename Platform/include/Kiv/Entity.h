@@ -18,8 +18,8 @@ class KIV_API Entity {
     /// The entity that holds this one, or null: for the root, and for a member removed from its collection.
     /// Not owned; valid as long as this entity stays a member.
     [[nodiscard]] virtual Entity* parent() const;
-    /// Looks up the entity at an absolute path ("/system/Corvid/…") in the tree that this entity is the root of.
-    /// Null when there is none. Only the global directory is such a root; other entities answer null.
+    /// Looks up the entity at an absolute path ("/system/Corvid/…") in the tree that this entity is the root
+    /// of. Null when there is none. Only the global directory is such a root; other entities answer null.
     [[nodiscard]] virtual Ptr<Entity> entity( const String8& path ) const;
 
     void addRef() const noexcept { count_.increment(); }

@@ -19,11 +19,11 @@ class Ptr {
     Ptr( const Ptr& other ) noexcept : Ptr( other.object_ ) {}
     Ptr( Ptr&& other ) noexcept : object_( std::exchange( other.object_, nullptr ) ) {}
     template <class U>
-        requires std::is_convertible_v<U*, T*>
-    Ptr( const Ptr<U>& other ) noexcept : Ptr( other.get() ) {}
+    requires std::is_convertible_v<U*, T*> Ptr( const Ptr<U>& other )
+    noexcept : Ptr( other.get() ) {}
     template <class U>
-        requires std::is_convertible_v<U*, T*>
-    Ptr( Ptr<U>&& other ) noexcept : object_( std::exchange( other.object_, nullptr ) ) {}
+    requires std::is_convertible_v<U*, T*> Ptr( Ptr<U>&& other )
+    noexcept : object_( std::exchange( other.object_, nullptr ) ) {}
     Ptr& operator=( Ptr other ) noexcept {
         std::swap( object_, other.object_ );
         return *this;

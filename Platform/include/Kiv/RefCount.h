@@ -17,7 +17,9 @@ class RefCount {
     explicit constexpr RefCount( std::uint32_t initial ) noexcept : count_( initial ) {}
 
 #if KIV_THREAD_SAFE_POINTERS
-    void increment() const noexcept { count_.fetch_add( 1, std::memory_order_relaxed ); }
+    void increment() const noexcept {
+        count_.fetch_add( 1, std::memory_order_relaxed );
+    }
     /// Answers true when this dropped the last reference.
     [[nodiscard]] bool decrement() const noexcept {
         // The only owner cannot be joined by another one, so the plain read saves the locked instruction.
@@ -25,14 +27,22 @@ class RefCount {
                count_.fetch_sub( 1, std::memory_order_acq_rel ) == 1;
     }
     /// Who reads 1 is the only owner, and sees all that former owners did with the object.
-    [[nodiscard]] std::uint32_t value() const noexcept { return count_.load( std::memory_order_acquire ); }
+    [[nodiscard]] std::uint32_t value() const noexcept {
+        return count_.load( std::memory_order_acquire );
+    }
 
   private:
     mutable std::atomic<std::uint32_t> count_;
 #else
-    void increment() const noexcept { ++count_; }
-    [[nodiscard]] bool decrement() const noexcept { return --count_ == 0; }
-    [[nodiscard]] std::uint32_t value() const noexcept { return count_; }
+    void increment() const noexcept {
+        ++count_;
+    }
+    [[nodiscard]] bool decrement() const noexcept {
+        return --count_ == 0;
+    }
+    [[nodiscard]] std::uint32_t value() const noexcept {
+        return count_;
+    }
 
   private:
     mutable std::uint32_t count_;

@@ -14,8 +14,8 @@
 
 namespace Kiv {
 
-/// An immutable text of 8-bit characters, of any byte values, NUL included. Copies share one counted datum; all
-/// empty texts share one and the same. Compared byte-wise (unsigned).
+/// An immutable text of 8-bit characters, of any byte values, NUL included. Copies share one counted datum;
+/// all empty texts share one and the same. Compared byte-wise (unsigned).
 class KIV_API String8 {
   public:
     /// The longest text, in bytes.
@@ -43,7 +43,8 @@ class KIV_API String8 {
 
     void swap( String8& other ) noexcept { std::swap( datum_, other.datum_ ); }
 
-    /// The bytes, followed by a NUL that is not part of the text; valid as long as any copy of this text lives.
+    /// The bytes, followed by a NUL that is not part of the text; valid as long as any copy of this text
+    /// lives.
     [[nodiscard]] const char* data() const noexcept { return datum_->text; }
     [[nodiscard]] std::size_t size() const noexcept { return datum_->size; }
     [[nodiscard]] bool empty() const noexcept { return datum_->size == 0; }
@@ -52,7 +53,9 @@ class KIV_API String8 {
     operator std::string_view() const noexcept { return view(); }
 
     /// Whether both are copies of one datum, which makes them equal; equal texts need not share.
-    [[nodiscard]] bool sharesDatumWith( const String8& other ) const noexcept { return datum_ == other.datum_; }
+    [[nodiscard]] bool sharesDatumWith( const String8& other ) const noexcept {
+        return datum_ == other.datum_;
+    }
 
     friend bool operator==( const String8& a, const String8& b ) noexcept {
         return a.datum_ == b.datum_ || a.view() == b.view();
@@ -71,7 +74,7 @@ class KIV_API String8 {
     struct Datum {
         RefCount count;
         std::uint32_t size;
-        char text[ 1 ]; // size bytes and a NUL; the first lies in the padding-free tail of the header
+        char text[1]; // size bytes and a NUL; the first lies in the padding-free tail of the header
     };
 
     static Datum* newDatum( std::string_view text );

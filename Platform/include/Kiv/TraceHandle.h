@@ -8,8 +8,8 @@
 
 namespace Kiv {
 
-/// A named trace facility with levels 0 (most important) to 31. Which levels are on is the platform's business;
-/// the embedded platform reads the environment variable KIV_TRACE ("MountProfileHdlr/0-8,Other/1").
+/// A named trace facility with levels 0 (most important) to 31. Which levels are on is the platform's
+/// business; the embedded platform reads the environment variable KIV_TRACE ("MountProfileHdlr/0-8,Other/1").
 /// May be used by several threads at once.
 class KIV_API TraceHandle {
   public:
@@ -22,11 +22,12 @@ class KIV_API TraceHandle {
     ~TraceHandle();
 
     [[nodiscard]] const char* name() const noexcept { return name_; }
-    /// Whether a line at this level goes anywhere: test it before composing the text.
+    /// Whether a line at this level, 0 to `maxLevel`, goes anywhere: test it before composing the text.
     [[nodiscard]] bool enabled( unsigned level ) const noexcept {
         return ( levels_.load( std::memory_order_relaxed ) >> level & 1U ) != 0;
     }
-    /// Hands on one line of trace. @param function short name of the tracing function. @param line source line.
+    /// Hands on one line of trace. @param function short name of the tracing function. @param line source
+    /// line.
     void trace( unsigned level, const char* function, unsigned line, std::string_view text ) const;
 
     /// For the platform: switches the levels, bit n for level n.
@@ -40,8 +41,8 @@ class KIV_API TraceHandle {
 } // namespace Kiv
 
 /// Traces when the level is on; the text is an expression that is evaluated only then.
-#define KIV_TRACE( handle, level, text )                                                                           \
-    do {                                                                                                           \
-        if ( ( handle ).enabled( level ) ) [[unlikely]]                                                            \
-            ( handle ).trace( level, __func__, __LINE__, text );                                                   \
+#define KIV_TRACE( handle, level, text )                                                                     \
+    do {                                                                                                     \
+        if ( ( handle ).enabled( level ) ) [[unlikely]]                                                      \
+            ( handle ).trace( level, __func__, __LINE__, text );                                             \
     } while ( false )
