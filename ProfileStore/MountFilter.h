@@ -10,8 +10,8 @@
 
 namespace Corvid {
 
-/// Which attributes of a mounted entity are filtered. A value: a copy does not see what is added to the original
-/// later. Fresh ones are not enabled and empty; such a value takes one pointer and no allocation.
+/// Which attributes of a mounted entity are filtered. A value: a copy does not see what is added to the
+/// original later. Fresh ones are not enabled and empty; such a value takes one pointer and no allocation.
 class CORVID_API MountFilter {
   public:
     using AttrFilterMap = std::unordered_map<Kiv::String8, AttrFilter>;

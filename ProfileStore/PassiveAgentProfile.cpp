@@ -5,7 +5,7 @@
 namespace Corvid {
 
 PassiveAgentProfile::~PassiveAgentProfile() {
-    for ( const auto& [ name, group ] : mountGroup_ )
+    for ( const auto& [name, group] : mountGroup_ )
         group->parent_ = nullptr; // somebody may hold the group longer than this profile lives
 }
 

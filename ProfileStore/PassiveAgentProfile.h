@@ -30,8 +30,8 @@ class CORVID_API PassiveAgentProfile : public Kiv::Entity {
 
     /// The mount groups by name.
     [[nodiscard]] const MountGroupMap& mountGroup() const noexcept { return mountGroup_; }
-    /// The group of that name, created with the priority when it is absent. One that is there is yielded as it is,
-    /// its priority unchanged. Never null.
+    /// The group of that name, created with the priority when it is absent. One that is there is yielded as
+    /// it is, its priority unchanged. Never null.
     Kiv::Ptr<PassiveMountGroup> mountGroupIs( Kiv::Name name, unsigned priority );
     /// Removes the group of that name, if there is one. Who still holds it sees it without a parent.
     void mountGroupDel( const Kiv::Name& name );

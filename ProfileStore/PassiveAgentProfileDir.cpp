@@ -3,7 +3,7 @@
 namespace Corvid {
 
 PassiveAgentProfileDir::~PassiveAgentProfileDir() {
-    for ( const auto& [ name, profile ] : agentProfile_ )
+    for ( const auto& [name, profile] : agentProfile_ )
         profile->parent_ = nullptr; // somebody may hold the profile longer than this directory lives
 }
 

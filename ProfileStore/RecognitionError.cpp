@@ -16,7 +16,7 @@ void appendPrintable( std::string& out, std::string_view text ) {
         else if ( byte >= 0x20 && byte < 0x7F )
             out += c;
         else
-            out.append( { '\\', 'x', digits[ byte >> 4 ], digits[ byte & 0xF ] } );
+            out.append( { '\\', 'x', digits[byte >> 4], digits[byte & 0xF] } );
     }
 }
 

@@ -23,8 +23,8 @@ class CORVID_API RecognitionError {
     /// Line of the error, the first is 1; `noLine` when not applicable.
     [[nodiscard]] std::uint32_t line() const noexcept { return line_; }
     void lineIs( std::uint32_t line ) noexcept { line_ = line; }
-    /// Position within the line as the parser library counts it: from 0, but from −1 on the first line of a file,
-    /// because its input streams start there. −1 with `noLine` when not applicable.
+    /// Position within the line as the parser library counts it: from 0, but from −1 on the first line of a
+    /// file, because its input streams start there. −1 with `noLine` when not applicable.
     [[nodiscard]] std::int32_t charPositionInLine() const noexcept { return charPositionInLine_; }
     void charPositionInLineIs( std::int32_t position ) noexcept { charPositionInLine_ = position; }
     /// The parser library's number for the kind of error.
@@ -51,10 +51,10 @@ class CORVID_API RecognitionError {
         return static_cast<std::uint32_t>( charPositionInLine_ ) + ( line_ == 1 ? 2 : 1 );
     }
 
-    /// The error as one line without a newline: `FILE:LINE:COLUMN: error: TEXT`, with ` (included from AGENTFILE)`
-    /// behind it for an error in an include file and without `:LINE:COLUMN` when not applicable. TEXT is the
-    /// description without blanks at its ends; a newline is written as `\n` and every other byte that is not
-    /// printable ASCII as `\xNN`, in file names too: nothing in it can control a terminal.
+    /// The error as one line without a newline: `FILE:LINE:COLUMN: error: TEXT`, with ` (included from
+    /// AGENTFILE)` behind it for an error in an include file and without `:LINE:COLUMN` when not applicable.
+    /// TEXT is the description without blanks at its ends; a newline is written as `\n` and every other byte
+    /// that is not printable ASCII as `\xNN`, in file names too: nothing in it can control a terminal.
     [[nodiscard]] Kiv::String8 composeErrorDescMessage() const;
 
     friend bool operator==( const RecognitionError&, const RecognitionError& ) noexcept = default;
