@@ -16,6 +16,7 @@ TEST( Assert, CompiledOutDoesNotEvenEvaluateTheCondition ) {
         return false;
     };
     KIV_ASSERT( "Test/Source", evaluate() );
+    KIV_ASSERT_TEXT( "Test/Source", evaluate(), "text" );
     EXPECT_FALSE( evaluated );
 }
 
@@ -23,21 +24,31 @@ TEST( Assert, CompiledOutDoesNotEvenEvaluateTheCondition ) {
 
 using testing::HasSubstr;
 using testing::KilledBySignal;
+using testing::StrEq;
+
+const int assertionLine = __LINE__ + 2;
+void assertCreated( const void* agentProfile ) {
+    KIV_ASSERT( "Test/Source", agentProfile && "agentProfile is not created yet." );
+}
 
 TEST( AssertDeathTest, NamesSourceConditionAndPlaceAndAborts ) {
-    const void* const agentProfile = nullptr;
-    const int line = __LINE__ + 1;
+    const auto place = __FILE__ + ( ":" + std::to_string( assertionLine ) );
     EXPECT_EXIT(
-        KIV_ASSERT( "Test/Source", agentProfile && "agentProfile is not created yet." ),
-        KilledBySignal( SIGABRT ),
-        HasSubstr( "Test/Source: assertion failed: agentProfile && \"agentProfile is not created yet.\" (" +
-                   std::string( __FILE__ ) + ":" + std::to_string( line ) + ")\n" ) );
+        assertCreated( nullptr ), KilledBySignal( SIGABRT ),
+        StrEq( "Test/Source: assertion failed: agentProfile && \"agentProfile is not created yet.\" (" +
+               place + ")\n" ) );
 }
 
 TEST( AssertDeathTest, KeepsTheTextOfAConditionWithCallsAndComparisons ) {
     const auto cellId = [] { return 3; };
     EXPECT_EXIT( KIV_ASSERT( "Test/Source", cellId() < 3 ), KilledBySignal( SIGABRT ),
                  HasSubstr( "Test/Source: assertion failed: cellId() < 3 (" ) );
+}
+
+TEST( AssertDeathTest, ATextOfItsOwnTakesThePlaceOfTheCondition ) {
+    EXPECT_EXIT( KIV_ASSERT_TEXT( "Test/Source", 1 > 2, "root && \"root is NULL.\"" ),
+                 KilledBySignal( SIGABRT ),
+                 HasSubstr( "Test/Source: assertion failed: root && \"root is NULL.\" (" ) );
 }
 
 TEST( Assert, EvaluatesTheConditionOnceAndGoesOnWhenItHolds ) {
