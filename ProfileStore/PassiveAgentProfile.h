@@ -16,7 +16,6 @@ class CORVID_API PassiveAgentProfile : public Kiv::Entity {
 
     /// A profile that is no member of a directory yet; directories make their own with `agentProfileIs`.
     explicit PassiveAgentProfile( Kiv::Name name ) noexcept : name_( std::move( name ) ) {}
-    ~PassiveAgentProfile() override;
 
     [[nodiscard]] Kiv::Name name() const override { return name_; }
     /// The directory; null for a profile that is not, or no longer, a member of one.
@@ -59,6 +58,9 @@ class CORVID_API PassiveAgentProfile : public Kiv::Entity {
     /// Whether the profile goes without the mounts that every agent gets.
     [[nodiscard]] bool noDefaultMountGroup() const noexcept { return noDefaultMountGroup_; }
     void noDefaultMountGroupIs( bool none ) noexcept { noDefaultMountGroup_ = none; }
+
+  protected:
+    ~PassiveAgentProfile() override;
 
   private:
     friend class PassiveAgentProfileDir;

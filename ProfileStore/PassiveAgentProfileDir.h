@@ -10,12 +10,14 @@ class CORVID_API PassiveAgentProfileDir : public Kiv::Entity {
     using AgentProfileMap = std::map<Kiv::Name, Kiv::Ptr<PassiveAgentProfile>>;
 
     PassiveAgentProfileDir() noexcept = default;
-    ~PassiveAgentProfileDir() override;
 
     /// The profiles by agent name.
     [[nodiscard]] const AgentProfileMap& agentProfile() const noexcept { return agentProfile_; }
     /// The profile of that name, with all that it holds; created when it is absent. Never null.
     Kiv::Ptr<PassiveAgentProfile> agentProfileIs( Kiv::Name name );
+
+  protected:
+    ~PassiveAgentProfileDir() override;
 
   private:
     AgentProfileMap agentProfile_;

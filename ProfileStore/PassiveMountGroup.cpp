@@ -4,6 +4,8 @@
 
 namespace Corvid {
 
+PassiveMountGroup::~PassiveMountGroup() = default;
+
 Kiv::Entity* PassiveMountGroup::parent() const {
     return parent_;
 }

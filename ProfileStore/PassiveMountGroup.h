@@ -4,8 +4,8 @@
 #include "ProfileStore/Export.h"
 #include "ProfileStore/Mount.h"
 
-#include <deque>
 #include <map>
+#include <vector>
 
 namespace Corvid {
 
@@ -15,7 +15,7 @@ class PassiveAgentProfile;
 class CORVID_API PassiveMountGroup : public Kiv::Entity {
   public:
     using MountMap = std::map<Kiv::String8, Mount, std::less<>>;
-    using ConditionQueue = std::deque<Kiv::String8>;
+    using ConditionQueue = std::vector<Kiv::String8>;
     using TemplateConditionMap = std::map<Kiv::String8, bool>;
 
     /// A group that is no member of a profile yet; profiles make their own with `mountGroupIs`.
@@ -55,6 +55,9 @@ class CORVID_API PassiveMountGroup : public Kiv::Entity {
     /// Whether the agent is held up until the condition holds.
     [[nodiscard]] bool blockingConditional() const noexcept { return blockingConditional_; }
     void blockingConditionalIs( bool blocking ) noexcept { blockingConditional_ = blocking; }
+
+  protected:
+    ~PassiveMountGroup() override;
 
   private:
     friend class PassiveAgentProfile;
