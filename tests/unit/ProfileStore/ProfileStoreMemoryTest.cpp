@@ -30,22 +30,25 @@ void* allocate( std::size_t size ) {
 
 } // namespace
 
-void* operator new( std::size_t size ) {
+// Inlined, new and free() look like a mismatched pair to the compiler.
+#define NOT_INLINE __attribute__( ( noinline ) )
+
+NOT_INLINE void* operator new( std::size_t size ) {
     return allocate( size );
 }
-void* operator new[]( std::size_t size ) {
+NOT_INLINE void* operator new[]( std::size_t size ) {
     return allocate( size );
 }
-void operator delete( void* memory ) noexcept {
+NOT_INLINE void operator delete( void* memory ) noexcept {
     std::free( memory );
 }
-void operator delete[]( void* memory ) noexcept {
+NOT_INLINE void operator delete[]( void* memory ) noexcept {
     std::free( memory );
 }
-void operator delete( void* memory, std::size_t ) noexcept {
+NOT_INLINE void operator delete( void* memory, std::size_t ) noexcept {
     std::free( memory );
 }
-void operator delete[]( void* memory, std::size_t ) noexcept {
+NOT_INLINE void operator delete[]( void* memory, std::size_t ) noexcept {
     std::free( memory );
 }
 
