@@ -40,47 +40,48 @@ class EmbeddedTrace : public testing::Test {
     std::vector<std::string> lines_;
 };
 
+struct SpecifiedLevels {
+    const char* specification;
+    std::uint32_t levels;
+};
+const SpecifiedLevels specifiedLevels[] = {
+    { "Fan", ~0U },
+    { "Fan/0", 0x1 },
+    { "Fan/8", 0x100 },
+    { "Fan/31", 0x80000000 },
+    { "Fan/0-8", 0x1FF },
+    { "Fan/1-1", 0x2 },
+    { "Fan/0-31", ~0U },
+    { "Fan/0,Fan/8", 0x101 },
+    { "Other/3,Fan/1,Another", 0x2 },
+    { ",,Fan/1,", 0x2 },
+    { "Fan/1,Fan/x", 0x2 },
+    { "", 0 },
+    { "Fa", 0 },
+    { "Fans", 0 },
+    { "fan", 0 },
+    { " Fan", 0 },
+    { "Fan/", 0 },
+    { "Fan/x", 0 },
+    { "Fan/1x", 0 },
+    { "Fan/1-", 0 },
+    { "Fan/-1", 0 },
+    { "Fan/1-x", 0 },
+    { "Fan/1-2x", 0 },
+    { "Fan/1-2-3", 0 },
+    { "Fan/8-0", 0 },
+    { "Fan/32", 0 },
+    { "Fan/0-32", 0 },
+    { "Fan/99999999999", 0 },
+    { "Fan/0-99999999999", 0 },
+    { "Fan/+1", 0 },
+    { "Fan/ 1", 0 },
+    { "Fan/0x1", 0 },
+};
+
 TEST_F( EmbeddedTrace, SpecificationsSwitchTheLevelsTheyNameAndUnreadableOnesNone ) {
-    struct Row {
-        const char* specification;
-        std::uint32_t levels;
-    };
-    const Row rows[] = {
-        { "Fan", ~0U },
-        { "Fan/0", 0x1 },
-        { "Fan/8", 0x100 },
-        { "Fan/31", 0x80000000 },
-        { "Fan/0-8", 0x1FF },
-        { "Fan/1-1", 0x2 },
-        { "Fan/0-31", ~0U },
-        { "Fan/0,Fan/8", 0x101 },
-        { "Other/3,Fan/1,Another", 0x2 },
-        { ",,Fan/1,", 0x2 },
-        { "Fan/1,Fan/x", 0x2 },
-        { "", 0 },
-        { "Fa", 0 },
-        { "Fans", 0 },
-        { "fan", 0 },
-        { " Fan", 0 },
-        { "Fan/", 0 },
-        { "Fan/x", 0 },
-        { "Fan/1x", 0 },
-        { "Fan/1-", 0 },
-        { "Fan/-1", 0 },
-        { "Fan/1-x", 0 },
-        { "Fan/1-2x", 0 },
-        { "Fan/1-2-3", 0 },
-        { "Fan/8-0", 0 },
-        { "Fan/32", 0 },
-        { "Fan/0-32", 0 },
-        { "Fan/99999999999", 0 },
-        { "Fan/0-99999999999", 0 },
-        { "Fan/+1", 0 },
-        { "Fan/ 1", 0 },
-        { "Fan/0x1", 0 },
-    };
     const TraceHandle before( "Fan" );
-    for ( const auto& row : rows ) {
+    for ( const auto& row : specifiedLevels ) {
         SCOPED_TRACE( row.specification );
         Kiv::Embedded::traceLevelsAre( row.specification );
         const TraceHandle after( "Fan" );
