@@ -1,0 +1,91 @@
+#include "Cli/AgentRun.h"
+
+#include "Cli/CapturedErrors.h"
+
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Corvid::Cli {
+
+namespace {
+
+/// Why the library does not open a file; empty when nothing stands against it.
+std::string whyNotOpened( const std::string& fileName ) {
+    struct stat status {};
+    if ( ::stat( fileName.c_str(), &status ) != 0 )
+        return std::strerror( errno );
+    if ( S_ISDIR( status.st_mode ) )
+        return std::strerror( EISDIR );
+    if ( !S_ISREG( status.st_mode ) )
+        return "Not a regular file";
+    const int descriptor = ::open( fileName.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK );
+    if ( descriptor < 0 )
+        return std::strerror( errno );
+    ::close( descriptor );
+    if ( static_cast<std::size_t>( status.st_size ) > MountProfileHdlr::defaultMaxFileSize )
+        return "Larger than " + std::to_string( MountProfileHdlr::defaultMaxFileSize ) + " bytes";
+    return {};
+}
+
+Outcome outcomeOf( const MountProfileHdlr& handler ) {
+    if ( !handler.validProfileFile() )
+        return Outcome::invalid;
+    return handler.maybeIncludeFile() ? Outcome::notAgentFile : Outcome::valid;
+}
+
+} // namespace
+
+const char* nameOf( Outcome outcome ) {
+    switch ( outcome ) {
+    case Outcome::valid:
+        return "valid";
+    case Outcome::invalid:
+        return "invalid";
+    case Outcome::notAgentFile:
+        return "notAgentFile";
+    case Outcome::unreadable:
+        return "unreadable";
+    }
+    return "";
+}
+
+ExitStatus exitStatusFor( Outcome outcome ) {
+    switch ( outcome ) {
+    case Outcome::valid:
+        return ExitStatus::valid;
+    case Outcome::invalid:
+    case Outcome::notAgentFile:
+        return ExitStatus::invalid;
+    case Outcome::unreadable:
+        break;
+    }
+    return ExitStatus::trouble;
+}
+
+AgentRun runAgentFile( const Stage& stage, const std::string& agentFile ) {
+    const CapturedErrors::Collector errors;
+    AgentRun run;
+    run.agentFile = agentFile;
+    run.handler = std::make_unique<MountProfileHdlr>( agentFile, new PassiveAgentProfileDir,
+                                                      stage.entityManager, stage.addDefaults );
+    try {
+        run.handler->run();
+        run.outcome = outcomeOf( *run.handler );
+    } catch ( const std::exception& exception ) {
+        run.exception = exception.what();
+        run.reason = whyUnreadable( agentFile, run.exception );
+    }
+    run.printed = errors.text();
+    return run;
+}
+
+std::string whyUnreadable( const std::string& fileName, const std::string& exception ) {
+    const std::string reason = whyNotOpened( fileName );
+    return reason.empty() ? exception : reason; // in the end an include file may be what cannot be read
+}
+
+} // namespace Corvid::Cli

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Cli/Command.h"
+#include "Cli/StageOptions.h"
+
+#include <string>
+#include <vector>
+
+namespace Corvid::Cli {
+
+/// `check PATH...`: whether files, and the agent files in directories, are valid.
+class CheckCommand final : public Command {
+  public:
+    explicit CheckCommand( CLI::App& program );
+    ExitStatus run( Console& console ) override;
+
+  private:
+    void addOptions( CLI::App& app );
+
+    StageOptions stageOptions_;
+    std::string format_ = "text";
+    unsigned jobs_;
+    std::vector<std::string> paths_;
+};
+
+} // namespace Corvid::Cli

@@ -1,0 +1,57 @@
+#include "Cli/Output.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace Corvid::Cli {
+
+Output::Output( int descriptor ) : descriptor_( descriptor ) {
+    buffer_.reserve( capacity );
+}
+
+void Output::appendNumber( std::int64_t number ) {
+    char digits[20];
+    const auto end = std::to_chars( digits, digits + sizeof digits, number ).ptr;
+    append( std::string_view( digits, static_cast<std::size_t>( end - digits ) ) );
+}
+
+void Output::flush() {
+    write( buffer_ );
+    buffer_.clear();
+}
+
+void Output::makeRoom( std::string_view text ) {
+    flush();
+    if ( text.size() >= capacity )
+        write( text );
+    else
+        buffer_.append( text );
+}
+
+void Output::write( std::string_view text ) {
+    while ( !text.empty() && failure_ == 0 ) {
+        const ssize_t written = ::write( descriptor_, text.data(), text.size() );
+        if ( written >= 0 )
+            text.remove_prefix( static_cast<std::size_t>( written ) );
+        else if ( errno != EINTR )
+            failure_ = errno;
+    }
+}
+
+bool Output::isTerminal() const noexcept {
+    return ::isatty( descriptor_ ) == 1;
+}
+
+bool isCapableTerminal( const Output& output ) {
+    const char* terminal = std::getenv( "TERM" );
+    return output.isTerminal() && !( terminal && std::string_view( terminal ) == "dumb" );
+}
+
+bool mayBeColoured( const Output& output ) {
+    const char* noColour = std::getenv( "NO_COLOR" );
+    return isCapableTerminal( output ) && ( !noColour || !*noColour );
+}
+
+} // namespace Corvid::Cli

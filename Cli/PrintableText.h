@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace Corvid::Cli {
+
+/// What a terminal may be shown of a text: printable ASCII and well-formed printable UTF-8 as they are, every
+/// other byte as `\xNN`. So nothing in a file can control a terminal, and what is shown has a known width.
+/// Characters without a width of their own count as not printable: they could hide or reorder their
+/// neighbours.
+[[nodiscard]] std::string printable( std::string_view text );
+void appendPrintable( std::string& out, std::string_view text );
+
+/// How many columns `printable( text )` takes on a terminal.
+[[nodiscard]] std::size_t printableWidth( std::string_view text );
+
+/// The first piece of a text that is shown as one: a character, or a byte in its escaped form.
+struct PrintablePiece {
+    std::size_t bytes;   ///< of the text; 1 to 4
+    std::size_t columns; ///< on a terminal
+    bool escaped;        ///< whether it is shown as `\xNN`
+};
+/// @param text is not empty.
+[[nodiscard]] PrintablePiece firstPrintablePiece( std::string_view text );
+
+/// Every byte of a text that is not printable ASCII, and the backslash, as `\xNN`: can be read back without
+/// loss.
+void appendEscaped( std::string& out, std::string_view text );
+
+} // namespace Corvid::Cli

@@ -1,0 +1,41 @@
+#include "Cli/ShowCommand.h"
+
+#include "Cli/AgentRun.h"
+#include "Cli/Diagnostics.h"
+#include "Cli/JsonDocument.h"
+#include "Cli/TreeWriter.h"
+
+#include <CLI/CLI.hpp>
+
+namespace Corvid::Cli {
+
+ShowCommand::ShowCommand( CLI::App& program )
+    : Command( *program.add_subcommand( "show", "Print the profile record that an agent file yields" ) ) {
+    addOptions( *program.get_subcommand( "show" ) );
+}
+
+void ShowCommand::addOptions( CLI::App& app ) {
+    app.add_option( "FILE", file_, "The agent file" )->required()->type_name( "" );
+    auto* json = app.add_flag( "--json", json_, "Print one JSON object" );
+    app.add_flag( "--tree", tree_, "Print for people (the default)" )->excludes( json );
+    stageOptions_.addTo( app );
+    app.footer(
+        "Exit status: 0 valid; 1 invalid, or not an agent file; 2 usage error, or a file that cannot be\n"
+        "read.\n\n"
+        "Examples:\n"
+        "  mountprofile show profiles/Fan\n"
+        "  mountprofile show --json --system ar --redundancy --cell 2 profiles/Fan" );
+}
+
+ExitStatus ShowCommand::run( Console& console ) {
+    const AgentRun run = runAgentFile( stageOptions_.setUp(), file_ );
+    if ( json_ )
+        writeJsonDocument( console.out, run );
+    else
+        writeTree( console.out, run, mayBeColoured( console.out ) );
+    console.out.flush();
+    console.err.append( diagnosticsOf( run, mayBeColoured( console.err ) ) );
+    return exitStatusFor( run.outcome );
+}
+
+} // namespace Corvid::Cli

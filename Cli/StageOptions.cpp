@@ -1,0 +1,91 @@
+#include "Cli/StageOptions.h"
+
+#include "Cell/Cell.h"
+#include "EmbeddedPlatform.h"
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <vector>
+
+namespace Corvid::Cli {
+
+namespace {
+
+using Kiv::Embedded::ConfiguredPath;
+
+ConfiguredPath configuredPath( const std::string& line, const std::string& place ) {
+    std::istringstream words( line );
+    std::string path;
+    std::string type;
+    std::string flags;
+    std::string tooMuch;
+    words >> path >> type >> flags >> tooMuch;
+    if ( type.empty() || !tooMuch.empty() )
+        throw std::runtime_error( place + ": expected 'path type' or 'path type flags'" );
+    return { path, type, flags };
+}
+
+/// One path a line; lines of nothing but blanks are passed over.
+std::vector<ConfiguredPath> readConfiguredPaths( const std::string& fileName ) {
+    std::ifstream file( fileName );
+    std::vector<ConfiguredPath> paths;
+    std::string line;
+    errno = 0;
+    for ( unsigned number = 1; std::getline( file, line ); ++number )
+        if ( line.find_first_not_of( " \t\r\v\f" ) != std::string::npos )
+            paths.push_back( configuredPath( line, fileName + ":" + std::to_string( number ) ) );
+    if ( !file.eof() || file.bad() )
+        throw std::runtime_error( fileName + ": " + std::strerror( errno ? errno : EIO ) );
+    return paths;
+}
+
+} // namespace
+
+void StageOptions::addTo( CLI::App& command ) {
+    constexpr auto group = "Stage options";
+    command.add_flag( "--no-defaults", noDefaults_, "Leave out the mounts that every agent gets" )
+        ->group( group );
+    auto* system =
+        command.add_option( "--system", system_, "Run with an entity manager of that system name" )
+            ->type_name( "NAME" )
+            ->group( group );
+    command.add_flag( "--redundancy", redundancy_, "The system is one of a redundant pair" )
+        ->needs( system )
+        ->group( group );
+    command.add_option( "--cell", cell_, "The cell that this machine is: 0, 1 or 2; 1 if not given" )
+        ->type_name( "N" )
+        ->check( CLI::Range( 0, 2 ).description( "" ) )
+        ->group( group );
+    command
+        .add_option( "--config-root", configRootFile_,
+                     "The configured paths, one 'path type flags' a line; flags may be missing" )
+        ->type_name( "FILE" )
+        ->needs( system )
+        ->group( group );
+}
+
+Stage StageOptions::setUp() const {
+    using Redundancy::Mode;
+    namespace Platform = Kiv::Embedded;
+
+    Stage stage;
+    stage.addDefaults = !noDefaults_;
+    Platform::cellIdIs( cell_ );
+    if ( !system_ )
+        return stage;
+    stage.entityManager = Platform::newEntityManager( *system_, !redundancy_ );
+    const std::string root = "/" + *system_ + "/Corvid/";
+    const Mode mode = redundancy_ ? Mode::hotStandby : Mode::none;
+    Platform::entityIs( root + Cell::path( "redundancy/status", 0 ).str(),
+                        Platform::newRedundancyStatus( mode, mode ) );
+    if ( configRootFile_ )
+        Platform::entityIs( root + "Corvid/configRoot",
+                            Platform::newConfigRoot( readConfiguredPaths( *configRootFile_ ), true ) );
+    return stage;
+}
+
+} // namespace Corvid::Cli
