@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstring>
 #include <exception>
+#include <stdexcept>
 
 namespace {
 
@@ -31,7 +32,7 @@ class Program {
 Program::Program() {
     app_.set_help_all_flag( "" );
     app_.set_version_flag( "--version", "mountprofile " MOUNTPROFILE_VERSION, "Print the version and exit" );
-    app_.require_subcommand( 1 );
+    app_.require_subcommand( 0, 1 ); // none is told in our own words, see runChosen()
     app_.footer( "Every command has --help.\n\n"
                  "Examples:\n"
                  "  mountprofile show profiles/Fan\n"
@@ -60,7 +61,7 @@ ExitStatus Program::runChosen( Console& console ) {
                                static_cast<Command*>( &tokens_ ) } )
         if ( command->chosen() )
             return command->run( console );
-    return ExitStatus::trouble; // not reached: the command line must name one
+    throw std::runtime_error( "no command given; see mountprofile --help" );
 }
 
 } // namespace
