@@ -31,10 +31,10 @@ ConfiguredPath configuredPath( const std::string& line, const std::string& place
 
 /// One path a line; lines of nothing but blanks are passed over.
 std::vector<ConfiguredPath> readConfiguredPaths( const std::string& fileName ) {
+    errno = 0;
     std::ifstream file( fileName );
     std::vector<ConfiguredPath> paths;
     std::string line;
-    errno = 0;
     for ( unsigned number = 1; std::getline( file, line ); ++number )
         if ( line.find_first_not_of( " \t\r\v\f" ) != std::string::npos )
             paths.push_back( configuredPath( line, fileName + ":" + std::to_string( number ) ) );
