@@ -85,7 +85,11 @@ AgentRun runAgentFile( const Stage& stage, const std::string& agentFile ) {
 
 std::string whyUnreadable( const std::string& fileName, const std::string& exception ) {
     const std::string reason = whyNotOpened( fileName );
-    return reason.empty() ? exception : reason; // in the end an include file may be what cannot be read
+    if ( !reason.empty() )
+        return reason;
+    if ( exception.find( ": runtime error while parsing " ) != std::string::npos )
+        return "A file that it includes cannot be read";
+    return exception;
 }
 
 } // namespace Corvid::Cli

@@ -38,7 +38,7 @@ void TextReport::end( const CheckCounts& counts ) {
     if ( counts.invalid )
         line += ", " + std::to_string( counts.invalid ) + " invalid";
     if ( counts.notAgentFile )
-        line += ", " + std::to_string( counts.notAgentFile ) + " not agent files";
+        line += ", " + counted( counts.notAgentFile, "not an agent file", "not agent files" );
     if ( counts.unreadable )
         line += ", " + std::to_string( counts.unreadable ) + " unreadable";
     if ( counts.passedOver )

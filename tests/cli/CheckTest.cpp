@@ -38,16 +38,16 @@ TEST_F( CheckTest, theHighestExitStatusOfAllFilesCounts ) {
         { { "valid" }, 0, "1 file checked: 1 valid\n", "" },
         { { "valid", "valid" }, 0, "2 files checked: 2 valid\n", "" },
         { { "invalid" }, 1, "1 file checked: 0 valid, 1 invalid\n", invalid },
-        { { "include" }, 1, "1 file checked: 0 valid, 1 not agent files\n", include },
+        { { "include" }, 1, "1 file checked: 0 valid, 1 not an agent file\n", include },
         { { "nowhere" }, 2, "1 file checked: 0 valid, 1 unreadable\n", nowhere },
         { { "invalid", "valid" }, 1, "2 files checked: 1 valid, 1 invalid\n", invalid },
         { { "nowhere", "invalid", "valid", "include" },
           2,
-          "4 files checked: 1 valid, 1 invalid, 1 not agent files, 1 unreadable\n",
+          "4 files checked: 1 valid, 1 invalid, 1 not an agent file, 1 unreadable\n",
           nowhere + invalid + include },
         { { "include", "nowhere" },
           2,
-          "2 files checked: 0 valid, 1 not agent files, 1 unreadable\n",
+          "2 files checked: 0 valid, 1 not an agent file, 1 unreadable\n",
           include + nowhere },
     };
     for ( const auto& [paths, exitStatus, out, err] : rows )
@@ -89,7 +89,7 @@ TEST_F( CheckTest, whatIsPassedOverDoesNotCount ) {
     EXPECT_THAT( run( { "check", "d", "valid" } ),
                  Answers( 0, "1 file checked: 1 valid; 1 other file passed over\n", "" ) );
     EXPECT_THAT( run( { "check", "d/inc" } ),
-                 Answers( 1, "1 file checked: 0 valid, 1 not agent files\n", _ ) );
+                 Answers( 1, "1 file checked: 0 valid, 1 not an agent file\n", _ ) );
 }
 
 TEST_F( CheckTest, anUnreadableFileInADirectoryIsTold ) {

@@ -51,7 +51,6 @@ inline void PrintTo( const ProgramResult& result, std::ostream* out ) {
 
 /// Everything that a run of the command answers.
 MATCHER_P3( Answers, exitStatus, out, err, "" ) {
-    static_cast<void>( result_listener );
     return arg.exitStatus == exitStatus &&
            testing::Matches( testing::Matcher<std::string>( out ) )( arg.out ) &&
            testing::Matches( testing::Matcher<std::string>( err ) )( arg.err );
