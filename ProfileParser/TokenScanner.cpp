@@ -83,31 +83,42 @@ struct Word {
     bool anyCase;
 };
 
-// A keyword that is added to the grammar and not here is read as an identifier.
+// A keyword that is added to the grammar and not here is read as an identifier. Ordered by first letter.
 constexpr std::array<Word, 15> words{ {
     { "agentname", AGENTNAME, true },
-    { "mountgroup", MOUNTGROUP, true },
+    { "alias", ALIAS, true },
+    { "and", AND, false },
     { "condition", CONDITION, true },
     { "conditionblocker", CONDITIONBLOCKER, true },
-    { "include", INCLUDE, true },
-    { "alias", ALIAS, true },
-    { "subagent", SUBAGENT, true },
-    { "rootflags", ROOTFLAGS, true },
-    { "nodefaultmountgroup", NODEFAULTMOUNTGROUP, true },
     { "hybridmount", HYBRIDMOUNT, true },
-    { "mountfilter", MOUNTFILTER, true },
-    { "lowmountprio", LOWMOUNTPRIO, true },
-    { "and", AND, false },
     { "in", OP, false },
+    { "include", INCLUDE, true },
+    { "lowmountprio", LOWMOUNTPRIO, true },
+    { "mountfilter", MOUNTFILTER, true },
+    { "mountgroup", MOUNTGROUP, true },
+    { "nodefaultmountgroup", NODEFAULTMOUNTGROUP, true },
     { "notin", OP, false },
+    { "rootflags", ROOTFLAGS, true },
+    { "subagent", SUBAGENT, true },
 } };
 
-/// For each first letter and length, as a bit per length, whether a word may be there: most identifiers end here.
-constexpr std::array<std::uint32_t, 26> lengthsByFirstLetter = [] {
-    std::array<std::uint32_t, 26> lengths{};
-    for ( const Word& word : words )
-        lengths[ static_cast<std::size_t>( word.spelling.front() - 'a' ) ] |= 1U << word.spelling.size();
-    return lengths;
+/// The words that begin with one letter.
+struct WordRange {
+    std::uint8_t first = 0;
+    std::uint8_t last = 0;     ///< behind the range
+    std::uint32_t lengths = 0; ///< bit n for words of n characters: most identifiers end here
+};
+
+constexpr std::array<WordRange, 26> wordsByFirstLetter = [] {
+    std::array<WordRange, 26> ranges{};
+    for ( std::uint8_t i = 0; i < words.size(); ++i ) {
+        WordRange& range = ranges[ static_cast<std::size_t>( words[ i ].spelling.front() - 'a' ) ];
+        if ( range.last == 0 )
+            range.first = i;
+        range.last = i + 1;
+        range.lengths |= 1U << words[ i ].spelling.size();
+    }
+    return ranges;
 }();
 
 char lowerCase( char letter ) noexcept {
@@ -127,11 +138,11 @@ bool spells( const Word& word, std::string_view text ) noexcept {
 
 /// The type of an identifier-like text that begins with a letter.
 std::uint32_t wordType( std::string_view text ) noexcept {
-    const auto letterIndex = static_cast<std::size_t>( lowerCase( text.front() ) - 'a' );
-    if ( text.size() < 32 && ( lengthsByFirstLetter[ letterIndex ] >> text.size() & 1U ) != 0 )
-        for ( const Word& word : words )
-            if ( lowerCase( text.back() ) == word.spelling.back() && spells( word, text ) )
-                return word.type;
+    const WordRange& range = wordsByFirstLetter[ static_cast<std::size_t>( lowerCase( text.front() ) - 'a' ) ];
+    if ( text.size() < 32 && ( range.lengths >> text.size() & 1U ) != 0 )
+        for ( std::uint8_t i = range.first; i < range.last; ++i )
+            if ( spells( words[ i ], text ) )
+                return words[ i ].type;
     return text.front() <= 'Z' ? UIDENT : LIDENT;
 }
 
