@@ -1,5 +1,5 @@
-// A host that loads the profiles of all agents below a directory and prints, for each, its mount groups in the order
-// of their priorities, with what they wait for.
+// A host that loads the profiles of all agents below a directory and prints, for each, its mount groups in
+// the order of their priorities, with what they wait for.
 #include "ProfileParser/MountProfileHdlr.h"
 
 #include <algorithm>
@@ -32,7 +32,8 @@ int main( int argc, char** argv ) try {
     const Kiv::Ptr<Corvid::PassiveAgentProfileDir> profiles( new Corvid::PassiveAgentProfileDir );
     for ( const auto& entry : std::filesystem::recursive_directory_iterator( argc > 1 ? argv[1] : "." ) )
         if ( entry.is_regular_file() && entry.path().filename() == "agent" )
-            Corvid::MountProfileHdlr( entry.path(), profiles, nullptr, true ).run(); // an error goes to std::cerr
+            Corvid::MountProfileHdlr( entry.path(), profiles, nullptr, true )
+                .run(); // an error goes to std::cerr
     for ( const auto& [name, profile] : profiles->agentProfile() )
         print( *profile );
 } catch ( const std::exception& exception ) {

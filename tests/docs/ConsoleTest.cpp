@@ -67,10 +67,11 @@ std::vector<Command> commandsOf( const MarkdownFile& document, const MarkdownBlo
 }
 
 std::string outputOf( const std::string& line ) {
-    const std::string command =
-        "cd '" CORVID_SOURCE_DIR "' && unset K7_CHROOT AGENT_WAIT_FOR_READY ACTIVE_CELLID KIV_TRACE; { " + line +
-        "\n} 2>&1";
-    const std::unique_ptr<std::FILE, int ( * )( std::FILE* )> pipe( ::popen( command.c_str(), "r" ), &::pclose );
+    const std::string command = "cd '" CORVID_SOURCE_DIR
+                                "' && unset K7_CHROOT AGENT_WAIT_FOR_READY ACTIVE_CELLID KIV_TRACE; { " +
+                                line + "\n} 2>&1";
+    const std::unique_ptr<std::FILE, int ( * )( std::FILE* )> pipe( ::popen( command.c_str(), "r" ),
+                                                                    &::pclose );
     std::string output;
     char buffer[4096];
     for ( std::size_t size = 0; pipe && ( size = std::fread( buffer, 1, sizeof buffer, pipe.get() ) ) > 0; )

@@ -1,14 +1,17 @@
-// docs/language.md is run, not just read: every block in it is an example with a tag that tells what comes of it.
+// docs/language.md is run, not just read: every block in it is an example with a tag that tells what comes of
+// it.
 //
 //   ```mountprofile valid [OPTION]...              a valid agent file
-//   ```mountprofile [OPTION]... error="TEXT"       an invalid one, with the error's description; `at=LINE:COLUMN`
+//   ```mountprofile [OPTION]... error="TEXT"       an invalid one, with the error's description;
+//   `at=LINE:COLUMN`
 //                                                  in front of it for the error's place
 //   ```mountprofile not-agent-file                 a file without a title line
 //   ```mountprofile file=NAME                      an include file beside the next example
-//   ```yields                                      lines that stand in this order in the last example's profile
+//   ```yields                                      lines that stand in this order in the last example's
+//   profile
 //
-// Options: `defaults` (with the mounts that every agent gets), `redundancy` (the machine is one of a redundant pair
-// in the system "ar"), `env=NAME` or `env=NAME=VALUE`.
+// Options: `defaults` (with the mounts that every agent gets), `redundancy` (the machine is one of a
+// redundant pair in the system "ar"), `env=NAME` or `env=NAME=VALUE`.
 #include "docs/MarkdownFile.h"
 
 #include "EmbeddedPlatform.h"

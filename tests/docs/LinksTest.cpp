@@ -29,7 +29,8 @@ std::vector<std::string> documents() {
 /// The path, below the source tree, of the file that a link leads to.
 std::string linkedFile( const std::string& document, const MarkdownLink& link ) {
     const std::string file = link.target.substr( 0, link.target.find( '#' ) );
-    return file.empty() ? document : ( fs::path( document ).parent_path() / file ).lexically_normal().string();
+    return file.empty() ? document
+                        : ( fs::path( document ).parent_path() / file ).lexically_normal().string();
 }
 
 bool hasAnchor( const std::string& document, const std::string& anchor ) {

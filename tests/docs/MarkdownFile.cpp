@@ -58,10 +58,8 @@ MarkdownFile::MarkdownFile( const std::string& name ) : name_( name ) {
             const std::string words = line.substr( sizeof fence - 1 );
             const auto blank = words.find( ' ' );
             blocks_.push_back( { words.substr( 0, blank ),
-                                 blank == std::string::npos ? "" : words.substr( blank + 1 ),
-                                 "",
-                                 headings_.empty() ? "" : headings_.back(),
-                                 number } );
+                                 blank == std::string::npos ? "" : words.substr( blank + 1 ), "",
+                                 headings_.empty() ? "" : headings_.back(), number } );
         }
     }
     if ( inBlock )

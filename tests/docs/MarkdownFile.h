@@ -23,8 +23,8 @@ struct MarkdownLink {
 /// What tests want to know of a document.
 class MarkdownFile {
   public:
-    /// @param name path below the source tree. @throws std::runtime_error when the file cannot be read, or when
-    /// a fence in it is never closed.
+    /// @param name path below the source tree. @throws std::runtime_error when the file cannot be read, or
+    /// when a fence in it is never closed.
     explicit MarkdownFile( const std::string& name );
 
     [[nodiscard]] const std::string& name() const { return name_; }
