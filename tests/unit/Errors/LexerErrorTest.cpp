@@ -16,19 +16,24 @@ struct Case {
     std::uint32_t kind;
 };
 
+void expectError( const Case& c, Corvid::TokenPath tokenPath ) {
+    SCOPED_TRACE( "text:\n" + c.text );
+    // The session's buffer ends with the text, so that a sanitizer sees what is read beyond it.
+    ParserScene scene( c.text, Corvid::topLevel, tokenPath );
+    scene.session().parse( false );
+    EXPECT_EQ( scene.error().recognizer().str(), "lexer" );
+    EXPECT_EQ( scene.description(), c.description );
+    EXPECT_EQ( scene.error().sourceLine().str(), c.sourceLine );
+    EXPECT_EQ( scene.error().line(), c.line );
+    EXPECT_EQ( scene.error().charPositionInLine(), c.position );
+    EXPECT_EQ( scene.error().exceptionType(), c.kind );
+    EXPECT_FALSE( scene.hdlr().validProfileFile() );
+}
+
 void expectErrors( const std::vector<Case>& cases ) {
     for ( const Case& c : cases ) {
-        SCOPED_TRACE( "text:\n" + c.text );
-        // The session's buffer ends with the text, so that a sanitizer sees what is read beyond it.
-        ParserScene scene( c.text );
-        scene.parser()->profile( scene.parser(), false );
-        EXPECT_EQ( scene.error().recognizer().str(), "lexer" );
-        EXPECT_EQ( scene.description(), c.description );
-        EXPECT_EQ( scene.error().sourceLine().str(), c.sourceLine );
-        EXPECT_EQ( scene.error().line(), c.line );
-        EXPECT_EQ( scene.error().charPositionInLine(), c.position );
-        EXPECT_EQ( scene.error().exceptionType(), c.kind );
-        EXPECT_FALSE( scene.hdlr().validProfileFile() );
+        expectError( c, Corvid::TokenPath::plain );
+        expectError( c, Corvid::TokenPath::fast );
     }
 }
 

@@ -16,16 +16,19 @@ namespace CorvidTest {
 /// provoke.
 class ParserScene {
   public:
-    explicit ParserScene( std::string_view text, ANTLR3_INT32 section = Corvid::topLevel )
+    explicit ParserScene( std::string_view text, ANTLR3_INT32 section = Corvid::topLevel,
+                          Corvid::TokenPath tokenPath = Corvid::TokenPath::plain )
         : hdlr_( "dir/Agent", new Corvid::PassiveAgentProfileDir, nullptr, false ),
-          session_( hdlr_, "dir/Agent", inputFile( text ) ) {
+          session_( hdlr_, "dir/Agent", inputFile( text ), tokenPath ) {
         parser()->section = section;
     }
 
     [[nodiscard]] Corvid::MountProfileHdlr& hdlr() { return hdlr_; }
+    [[nodiscard]] Corvid::ParseSession& session() { return session_; }
     [[nodiscard]] mountProfileParser_Ctx_struct* parser() const { return session_.parser(); }
     [[nodiscard]] pANTLR3_BASE_RECOGNIZER recognizer() const { return parser()->pParser->rec; }
     [[nodiscard]] pANTLR3_TOKEN_STREAM tokens() const { return parser()->pParser->tstream; }
+    /// Only with plain tokens.
     [[nodiscard]] pANTLR3_LEXER lexer() const {
         return static_cast<pANTLR3_LEXER>( tokens()->tokenSource->super );
     }
