@@ -1,0 +1,149 @@
+// docs/errors.md is held to what it says: its examples are run, and no text of an error is missing in it.
+//
+//   ### `TEXT`                    a section about one text; "…" stands for what differs
+//   ```mountprofile file=NAME     a file beside the examples that follow in the section
+//   ```mountprofile wrong         an agent file, named Fan, with an error
+//   ```prints                     the line that the one before prints
+//   ```mountprofile valid         an agent file without one
+
+#include "support/ParsedProfile.h"
+#include "unit/Errors/ErrorTexts.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+namespace {
+
+using namespace CorvidTest;
+
+struct Block {
+    std::string tag; ///< what stands behind the backquotes
+    std::string text;
+};
+
+struct Section {
+    std::string heading; ///< without its marks; empty before the first one
+    std::vector<Block> blocks;
+    [[nodiscard]] bool isAboutOneText() const { return heading.starts_with( "`" ); }
+};
+
+std::string documentText() {
+    std::ifstream in( CORVID_SOURCE_DIR "/docs/errors.md", std::ios::binary );
+    EXPECT_TRUE( in );
+    return { std::istreambuf_iterator<char>( in ), {} };
+}
+
+std::vector<Section> sectionsOf( const std::string& document ) {
+    std::vector<Section> sections( 1 );
+    std::istringstream in( document );
+    bool inBlock = false;
+    for ( std::string line; std::getline( in, line ); ) {
+        auto& blocks = sections.back().blocks;
+        if ( line.starts_with( "```" ) ) {
+            inBlock = !inBlock;
+            if ( inBlock )
+                blocks.push_back( { line.substr( 3 ), "" } );
+        } else if ( inBlock ) {
+            blocks.back().text += line + "\n";
+        } else if ( line.starts_with( "## " ) || line.starts_with( "### " ) ) {
+            sections.push_back( { line.substr( line.find( ' ' ) + 1 ), {} } );
+        }
+    }
+    EXPECT_FALSE( inBlock );
+    return sections;
+}
+
+/// The parts of a heading's text around each "…".
+std::vector<std::string> fixedParts( const std::string& heading ) {
+    constexpr std::string_view gap = "…";
+    std::string rest = heading.substr( 1, heading.size() - 2 );
+    std::vector<std::string> parts;
+    for ( auto at = rest.find( gap ); at != std::string::npos; at = rest.find( gap ) ) {
+        parts.push_back( rest.substr( 0, at ) );
+        rest.erase( 0, at + gap.size() );
+    }
+    parts.push_back( rest );
+    return parts;
+}
+
+bool holdsInOrder( const std::string& text, const std::vector<std::string>& parts ) {
+    std::size_t at = 0;
+    for ( const std::string& part : parts ) {
+        at = text.find( part, at );
+        if ( at == std::string::npos )
+            return false;
+        at += part.size();
+    }
+    return true;
+}
+
+/// What a run prints, without the directory that the files lie in.
+std::string printedBy( const ParsedProfile& parsed ) {
+    std::string printed = parsed.standardError();
+    const std::string directory = parsed.fileBeside( "" );
+    for ( auto at = printed.find( directory ); at != std::string::npos; at = printed.find( directory ) )
+        printed.erase( at, directory.size() );
+    return printed;
+}
+
+std::string withoutBlanksAtEnds( const std::string& text ) {
+    constexpr std::string_view blanks = " \n";
+    const auto first = text.find_first_not_of( blanks );
+    return first == std::string::npos ? ""
+                                      : text.substr( first, text.find_last_not_of( blanks ) + 1 - first );
+}
+
+void checkExamples( const Section& section ) {
+    SCOPED_TRACE( "section " + section.heading );
+    ParseOptions options{ .agentFileName = "Fan" };
+    bool isShown = false;
+    bool isPutRight = false;
+    std::string printed;
+    for ( const Block& block : section.blocks ) {
+        constexpr std::string_view fileTag = "mountprofile file=";
+        if ( block.tag.starts_with( fileTag ) ) {
+            options.files[block.tag.substr( fileTag.size() )] = block.text;
+        } else if ( block.tag == "prints" ) {
+            EXPECT_EQ( block.text, printed );
+            isShown = isShown ||
+                      ( section.isAboutOneText() && holdsInOrder( printed, fixedParts( section.heading ) ) );
+        } else {
+            const ParsedProfile parsed( block.text, options );
+            ASSERT_TRUE( block.tag == "mountprofile wrong" || block.tag == "mountprofile valid" )
+                << block.tag;
+            EXPECT_EQ( parsed.outcome(), block.tag.ends_with( "wrong" ) ? "invalid" : "valid" )
+                << block.text << parsed.description();
+            isPutRight = isPutRight || ( isShown && parsed.outcome() == "valid" );
+            printed = printedBy( parsed );
+        }
+    }
+    EXPECT_EQ( isShown, section.isAboutOneText() ) << "no example prints the heading's text";
+    EXPECT_EQ( isPutRight, section.isAboutOneText() ) << "no example is right";
+}
+
+TEST( ErrorsDocument, ShowsWhatEachExamplePrints ) {
+    const auto sections = sectionsOf( documentText() );
+    EXPECT_GT( std::ranges::count_if( sections, &Section::isAboutOneText ), 30 );
+    for ( const Section& section : sections )
+        checkExamples( section );
+}
+
+TEST( ErrorsDocument, HoldsEveryTextOfAnError ) {
+    const std::string document = documentText();
+    for ( const ErrorText& text : allErrorTexts() )
+        EXPECT_NE( document.find( withoutBlanksAtEnds( text.text ) ), std::string::npos ) << text.text;
+}
+
+TEST( ErrorsDocument, ListsWhatNoFileBringsOutAsSuch ) {
+    const std::string document = documentText();
+    const auto list = document.find( "\n## Texts that no file brings out\n" );
+    ASSERT_NE( list, std::string::npos );
+    for ( const UnreachableText& unreachable : unreachableErrorTexts() ) {
+        const std::string text = withoutBlanksAtEnds( unreachable.text.text );
+        EXPECT_NE( document.find( text, list ), std::string::npos ) << text;
+    }
+}
+
+} // namespace
