@@ -7,8 +7,10 @@
 #include "ProfileStore/Export.h"
 #include "ProfileStore/PassiveAgentProfileDir.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -27,6 +29,8 @@ namespace Corvid {
 class CORVID_API MountProfileHdlr {
   public:
     static constexpr std::size_t defaultMaxFileSize = std::size_t{ 16 } << 20;
+    /// The parser library counts a file's bytes in 32 bits.
+    static constexpr std::size_t highestMaxFileSize = std::numeric_limits<std::uint32_t>::max();
 
     /// @param agentFile path of the agent file. Include patterns are taken relative to its directory.
     /// @param root receives the profile. Not null.
@@ -43,8 +47,9 @@ class CORVID_API MountProfileHdlr {
     /// @throws std::runtime_error when a file cannot be opened; the profile then stays as it was at that point.
     void run();
 
-    /// The largest file that is opened, in bytes; `defaultMaxFileSize` unless set.
-    void maxFileSizeIs( std::size_t bytes ) noexcept { maxFileSize_ = bytes; }
+    /// The largest file that is opened, in bytes; `defaultMaxFileSize` unless set. More than `highestMaxFileSize`
+    /// counts as that.
+    void maxFileSizeIs( std::size_t bytes ) noexcept { maxFileSize_ = std::min( bytes, highestMaxFileSize ); }
     [[nodiscard]] std::size_t maxFileSize() const noexcept { return maxFileSize_; }
 
     /// Has the files read by the generated lexer and the parser library's token stream alone: the same results, many
