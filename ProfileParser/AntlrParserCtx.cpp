@@ -15,9 +15,9 @@ mountProfileParser_Ctx_struct* AntlrParserCtx::getParserCtx() const {
 
 void AntlrParserCtx::parserStarts( mountProfileParser_Ctx_struct* parser, const std::string& fileName,
                                    bool isInclude ) {
-    parsingIncludeFile = isInclude;
+    ( isInclude ? includeFileName : agentFileName ) = fileName; // first: no parser stays registered when it throws
     ( isInclude ? includeFileParserCtx : agentFileParserCtx ) = parser;
-    ( isInclude ? includeFileName : agentFileName ) = fileName;
+    parsingIncludeFile = isInclude;
 }
 
 void AntlrParserCtx::parserEnds( bool isInclude ) {
