@@ -39,6 +39,12 @@ TEST_F( AssertionsDeathTest, AMountGroupNeedsAProfileWhicheverWayItIsOpened ) {
     EXPECT_ASSERTION( hdlr.addMountGroup( "g", 1 ), text );
 }
 
+TEST_F( AssertionsDeathTest, WhatTheFileSaysIsCheckedBeforeThereMustBeAPlaceForIt ) {
+    EXPECT_ASSERTION( hdlr.setRootFlags( "X" ), noAgentParser ) << "the report is what stops it";
+    EXPECT_ASSERTION( hdlr.addMountGroup( "g", 0 ), noAgentParser );
+    EXPECT_ASSERTION( hdlr.addMount( "x", "T::T", "X", "" ), noAgentParser );
+}
+
 TEST_F( AssertionsDeathTest, AProfileNeedsADirectory ) {
     MountProfileHdlr homeless( "Agent", nullptr, nullptr, false );
     EXPECT_ASSERTION( homeless.agentProfileIs( "A" ), R"(root && "root is NULL.")" );

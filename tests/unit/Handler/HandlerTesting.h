@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+#include <unistd.h>
+
 namespace CorvidTest {
 
 /// Sets or unsets an environment variable, and puts back what was there.
@@ -39,6 +41,15 @@ class ScopedEnvironment {
 
     std::string name_;
     std::optional<std::string> before_;
+};
+
+/// Stops the process when something waits that must not wait.
+class Deadline {
+  public:
+    explicit Deadline( unsigned seconds ) { ::alarm( seconds ); }
+    Deadline( const Deadline& ) = delete;
+    Deadline& operator=( const Deadline& ) = delete;
+    ~Deadline() { ::alarm( 0 ); }
 };
 
 /// A path trie that has recorded nothing.

@@ -288,6 +288,7 @@ TEST_F( IncludesTest, AMatchThatCannotBeReadEndsTheRunWithWhatTheProfileHoldsThe
         IncludingBench bench( "/a, T::T, r\ninclude: inc-*\n/behind, T::T, r\n",
                               { { "inc-1", "/1, T::T, r\n" }, { "inc-3", "/3, T::T, r\n" } } );
         make( bench.path( "inc-2" ) );
+        const Deadline deadline( 30 );
         EXPECT_EQ(
             bench.thrown(),
             "void Corvid::MountProfileHdlr::parseFile(const string&, bool): runtime error while parsing " +

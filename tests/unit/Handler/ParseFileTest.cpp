@@ -19,15 +19,6 @@ using Corvid::MountProfileHdlr;
 
 namespace {
 
-/// Stops the process when something waits that must not wait.
-class Deadline {
-  public:
-    explicit Deadline( unsigned seconds ) { ::alarm( seconds ); }
-    Deadline( const Deadline& ) = delete;
-    Deadline& operator=( const Deadline& ) = delete;
-    ~Deadline() { ::alarm( 0 ); }
-};
-
 /// As root, somebody else as long as it lives: root may read everything.
 class UnprivilegedUser {
   public:
