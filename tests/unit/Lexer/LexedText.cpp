@@ -72,7 +72,8 @@ LexedText::LexedText( std::string_view text ) {
         }
         const auto* name = reinterpret_cast<const char*>( mountProfileParserTokenNames[token->type] );
         tokens.push_back( { token->type, name, std::string( Corvid::tokenText( token ) ), token->line,
-                            token->charPosition } );
+                            token->charPosition,
+                            reinterpret_cast<const char*>( token->input->fileName->chars ) } );
         append( names, name );
         append( dump, std::string( name ) + "[" + escaped( tokens.back().text ) + "]" );
     }

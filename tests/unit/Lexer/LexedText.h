@@ -14,6 +14,7 @@ struct LexedToken {
     std::string text;
     std::uint32_t line;
     std::int32_t position;
+    std::string stream; ///< name of the stream that it was read from
 };
 
 struct LexerError {
