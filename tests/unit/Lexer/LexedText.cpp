@@ -1,9 +1,11 @@
 #include "LexedText.h"
 
 #include "ProfileParser/ErrorDescription.h"
-#include "ProfileParser/ParseSession.h"
+#include "ProfileParser/GeneratedLexer.h"
+#include "ProfileParser/TokenWindow.h"
 
-#include <algorithm>
+#include <gtest/gtest.h>
+
 #include <cstdio>
 
 #include "ProfileParser/GeneratedParser.h"
@@ -16,6 +18,15 @@ LexedText* recording = nullptr;
 
 void append( std::string& list, const std::string& item ) {
     list.append( list.empty() ? "" : " " ).append( item );
+}
+
+LexedToken lexedToken( pANTLR3_COMMON_TOKEN token ) {
+    return { token->type,
+             reinterpret_cast<const char*>( mountProfileParserTokenNames[token->type] ),
+             std::string( Corvid::tokenText( token ) ),
+             token->line,
+             token->charPosition,
+             {} };
 }
 
 void recordAndReport( pANTLR3_BASE_RECOGNIZER recognizer ) {
@@ -35,10 +46,13 @@ void recordAndReport( pANTLR3_BASE_RECOGNIZER recognizer ) {
     recording->errorCount = recognizer->state->errorCount;
 }
 
-Corvid::InputFile fileOf( std::string_view text ) {
-    Corvid::InputFile file{ std::make_unique<char[]>( text.size() + 1 ), text.size() };
-    std::ranges::copy( text, file.data.get() );
-    return file;
+/// One token a line, to tell where two lists differ.
+std::string listed( const std::vector<LexedToken>& tokens ) {
+    std::string list;
+    for ( const LexedToken& token : tokens )
+        list += token.name + " " + std::to_string( token.line ) + ":" + std::to_string( token.position ) +
+                " " + escaped( token.text ) + "\n";
+    return list;
 }
 
 } // namespace
@@ -60,27 +74,35 @@ std::string escaped( std::string_view text ) {
 
 LexedText::LexedText( std::string_view text ) {
     Corvid::MountProfileHdlr hdlr( "Agent", nullptr, nullptr, false );
-    Corvid::ParseSession session( hdlr, "Agent", fileOf( text ) );
-    const pANTLR3_TOKEN_STREAM stream = session.parser()->pParser->tstream;
-    static_cast<pANTLR3_LEXER>( stream->tokenSource->super )->rec->reportError = recordAndReport;
+    Corvid::GeneratedLexer lexer( hdlr, "Agent", text );
+    static_cast<pANTLR3_LEXER>( lexer.tokenSource()->super )->rec->reportError = recordAndReport;
     recording = this;
-    for ( auto* token = session.nextToken();; token = session.nextToken() ) {
-        if ( token->type == ANTLR3_TOKEN_EOF ) {
-            endLine = token->line;
-            endPosition = token->charPosition;
-            break;
-        }
-        const auto* name = reinterpret_cast<const char*>( mountProfileParserTokenNames[token->type] );
-        tokens.push_back( { token->type, name, std::string( Corvid::tokenText( token ) ), token->line,
-                            token->charPosition,
-                            reinterpret_cast<const char*>( token->input->fileName->chars ) } );
-        append( names, name );
-        append( dump, std::string( name ) + "[" + escaped( tokens.back().text ) + "]" );
+    pANTLR3_COMMON_TOKEN token = lexer.nextToken();
+    for ( ; token->type != ANTLR3_TOKEN_EOF; token = lexer.nextToken() ) {
+        tokens.push_back( lexedToken( token ) );
+        tokens.back().stream = reinterpret_cast<const char*>( token->input->fileName->chars );
+        append( names, tokens.back().name );
+        append( dump, tokens.back().name + "[" + escaped( tokens.back().text ) + "]" );
     }
     recording = nullptr;
+    endLine = token->line;
+    endPosition = token->charPosition;
     append( names, "EOF" );
     append( dump, "EOF" );
     description = hdlr.errorDesc().description().str();
+}
+
+void expectSameInTheWindow( std::string_view text, const LexedText& lexed ) {
+    SCOPED_TRACE( "text: " + escaped( text ) );
+    Corvid::MountProfileHdlr hdlr( "Agent", nullptr, nullptr, false );
+    Corvid::TokenWindow window( hdlr, "Agent", text );
+    std::vector<LexedToken> tokens;
+    for ( ; window.type( 1 ) != ANTLR3_TOKEN_EOF; window.consume() )
+        tokens.push_back( lexedToken( window.token( 1 ) ) );
+    EXPECT_EQ( listed( tokens ), listed( lexed.tokens ) );
+    EXPECT_EQ( window.token( 1 )->line, lexed.endLine );
+    EXPECT_EQ( window.token( 1 )->charPosition, lexed.endPosition );
+    EXPECT_EQ( hdlr.errorDesc().description().str(), lexed.description );
 }
 
 } // namespace CorvidTest

@@ -28,7 +28,8 @@ struct LexerError {
     std::string stream; ///< name of that stream
 };
 
-/// All that the lexer makes of a file with this text: wired as for a parse, with the appended line end.
+/// All that the generated lexer makes of a file with this text: wired as for a parse, with the appended line
+/// end.
 struct LexedText {
     explicit LexedText( std::string_view text );
 
@@ -45,6 +46,10 @@ struct LexedText {
     /// The same with each token's text, in square brackets: "INT[12] !3 NEWLN[\n] EOF".
     std::string dump = {};
 };
+
+/// Expects that the parser gets the same tokens at the same places, and the same first error, from its token
+/// window.
+void expectSameInTheWindow( std::string_view text, const LexedText& lexed );
 
 /// The text with every byte that is not printable ASCII, and the backslash, as \n, \r, \\ or \xNN.
 std::string escaped( std::string_view text );

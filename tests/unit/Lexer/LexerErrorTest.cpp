@@ -49,6 +49,7 @@ void expectFirstErrors( std::initializer_list<Row> rows ) {
         EXPECT_EQ( error.position, row.position );
         EXPECT_EQ( error.stream, "Agent" );
         EXPECT_EQ( lexed.description, row.description );
+        expectSameInTheWindow( row.text, lexed );
     }
 }
 
@@ -171,9 +172,10 @@ std::string namesOfSingle( unsigned char byte ) {
 TEST( SingleBytes, AsAFileAreAKnownTokenNothingOrAnErrorEach ) {
     for ( unsigned byte = 0; byte < 256; ++byte ) {
         const std::string text( 1, static_cast<char>( byte ) );
-        EXPECT_EQ( LexedText( text ).names,
-                   namesOfSingle( static_cast<unsigned char>( byte ) ) + "NEWLN EOF" )
+        const LexedText lexed( text );
+        EXPECT_EQ( lexed.names, namesOfSingle( static_cast<unsigned char>( byte ) ) + "NEWLN EOF" )
             << "byte " << byte;
+        expectSameInTheWindow( text, lexed );
     }
 }
 

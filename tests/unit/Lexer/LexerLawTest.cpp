@@ -135,10 +135,17 @@ class Definition {
     std::string dump_;
 };
 
+void expectOneAsDefined( const std::string& text ) {
+    const LexedText lexed( text );
+    ASSERT_EQ( lexed.dump, Definition( text ).dump() ) << "text: " << escaped( text );
+    expectSameInTheWindow( text, lexed );
+    ASSERT_FALSE( testing::Test::HasFailure() );
+}
+
 void expectAsDefined( std::string& text, std::size_t longest ) {
     static constexpr std::string_view characters = "i\nx0.\"\\#\r=!:";
     static constexpr std::string_view lastCharacters = "nX1_A <{";
-    ASSERT_EQ( LexedText( text ).dump, Definition( text ).dump() ) << "text: " << escaped( text );
+    ASSERT_NO_FATAL_FAILURE( expectOneAsDefined( text ) );
     if ( text.size() == longest )
         return;
     text.push_back( ' ' );
@@ -148,7 +155,7 @@ void expectAsDefined( std::string& text, std::size_t longest ) {
     }
     for ( const char character : lastCharacters ) {
         text.back() = character;
-        ASSERT_EQ( LexedText( text ).dump, Definition( text ).dump() ) << "text: " << escaped( text );
+        ASSERT_NO_FATAL_FAILURE( expectOneAsDefined( text ) );
     }
     text.pop_back();
 }

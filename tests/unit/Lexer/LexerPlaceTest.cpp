@@ -11,6 +11,7 @@ namespace {
 /// "NAME line:position" of every token, the appended line end included, then the end of input.
 std::string placesOf( std::string_view text ) {
     const LexedText lexed( text );
+    expectSameInTheWindow( text, lexed );
     std::string places;
     for ( const LexedToken& token : lexed.tokens )
         places +=

@@ -23,8 +23,10 @@ struct Row {
 void expectDumps( std::initializer_list<Row> rows ) {
     for ( const Row& row : rows ) {
         const std::string end = "NEWLN[\\n] EOF";
-        EXPECT_EQ( LexedText( row.text ).dump, row.dump.empty() ? end : row.dump + " " + end )
+        const LexedText lexed( row.text );
+        EXPECT_EQ( lexed.dump, row.dump.empty() ? end : row.dump + " " + end )
             << "text: " << escaped( row.text );
+        expectSameInTheWindow( row.text, lexed );
     }
 }
 
