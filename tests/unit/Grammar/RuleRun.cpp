@@ -1,9 +1,9 @@
 #include "RuleRun.h"
 
 #include "ProfileParser/ErrorDescription.h"
-#include "ProfileParser/ParseSession.h"
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
 namespace CorvidTest {
@@ -33,9 +33,11 @@ void RuleRun::record( Parser* parser, ANTLR3_INT32 rule ) {
     Corvid::reportParserError( parser, rule );
 }
 
-RuleRun::RuleRun( const std::function<void( Parser* )>& rule, std::string_view text, Group group )
-    : hdlr_( "Agent", new Corvid::PassiveAgentProfileDir, nullptr, false ),
-      session_( std::make_unique<Corvid::ParseSession>( hdlr_, "Agent", fileOf( text ) ) ) {
+RuleRun::RuleRun( const std::function<void( Parser* )>& rule, std::string_view text,
+                  Corvid::TokenPath tokenPath, Group group )
+    : file_( fileOf( text ) ), text_( file_.data.get(), text.size() ),
+      hdlr_( "Agent", new Corvid::PassiveAgentProfileDir, nullptr, false ),
+      session_( hdlr_, "Agent", std::move( file_ ), tokenPath ) {
     hdlr_.agentProfileIs( "A" );
     if ( group == Group::isOpen )
         hdlr_.addMountGroup();
@@ -43,21 +45,18 @@ RuleRun::RuleRun( const std::function<void( Parser* )>& rule, std::string_view t
     for ( const TokenSample& sample : tokenSamples() )
         hdlr_.registerTemplateKeyDecl( std::string( "%" ) + sample.text );
     running = this;
-    session_->parser()->reportError = record;
-    rule( session_->parser() );
+    parser()->reportError = record;
+    rule( parser() );
     running = nullptr;
 
-    const pANTLR3_TOKEN_STREAM tokens = session_->parser()->pParser->tstream;
-    const auto index = static_cast<ANTLR3_UINT32>( tokens->istream->index( tokens->istream ) );
-    for ( ANTLR3_UINT32 i = 0; i < index; ++i )
-        consumed_ += Corvid::tokenText( tokens->get( tokens, i ) );
+    const pANTLR3_TOKEN_STREAM tokens = parser()->pParser->tstream;
     next_ = tokenName( tokens->_LT( tokens, 1 )->type );
-}
-
-RuleRun::~RuleRun() = default;
-
-Parser* RuleRun::parser() const {
-    return session_->parser();
+    if ( const pANTLR3_COMMON_TOKEN last = tokens->_LT( tokens, -1 ) ) {
+        const char* end = Corvid::tokenText( last ).data() + Corvid::tokenText( last ).size();
+        const bool isInFile =
+            !std::less<>()( end, text_.data() ) && !std::less<>()( text_.data() + text_.size(), end );
+        consumed_ = isInFile ? std::string( text_.data(), end ) : "(all)";
+    }
 }
 
 std::string RuleRun::reports() const {

@@ -1,19 +1,14 @@
 #pragma once
 
-#include "support/TempDir.h"
+#include "ProfileParser/ParseSession.h"
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ProfileParser/GeneratedParser.h"
-
-namespace Corvid {
-class ParseSession;
-}
 
 namespace CorvidTest {
 
@@ -36,27 +31,30 @@ class RuleRun {
   public:
     enum class Group { isOpen, isNotOpen };
 
-    RuleRun( const std::function<void( Parser* )>& rule, std::string_view text, Group group = Group::isOpen );
-    ~RuleRun();
+    RuleRun( const std::function<void( Parser* )>& rule, std::string_view text, Corvid::TokenPath tokenPath,
+             Group group = Group::isOpen );
     RuleRun( const RuleRun& ) = delete;
     RuleRun& operator=( const RuleRun& ) = delete;
 
     [[nodiscard]] const ReportedError& error() const { return error_; }
     /// "24 21 11" for the rules that reported, the innermost first; "" when none did.
     [[nodiscard]] std::string reports() const;
-    /// The texts of the tokens that were consumed, joined.
+    /// The text up to the end of the last token that was consumed; "(all)" when that was the appended line
+    /// end.
     [[nodiscard]] const std::string& consumed() const { return consumed_; }
     /// Name of the token at which the rule stopped, or "EOF".
     [[nodiscard]] const std::string& next() const { return next_; }
     [[nodiscard]] const Corvid::MountProfileHdlr& hdlr() const { return hdlr_; }
-    [[nodiscard]] Parser* parser() const;
+    [[nodiscard]] Parser* parser() const { return session_.parser(); }
 
   private:
     static void record( Parser* parser, ANTLR3_INT32 rule );
 
     static RuleRun* running;
+    Corvid::InputFile file_;
+    std::string_view text_; ///< where the session reads it
     Corvid::MountProfileHdlr hdlr_;
-    std::unique_ptr<Corvid::ParseSession> session_;
+    Corvid::ParseSession session_;
     ReportedError error_;
     std::string consumed_;
     std::string next_;
