@@ -25,6 +25,8 @@ struct ParseOptions {
     std::string agentFileName = "Agent";
     /// What `root` is; a directory of its own unless given.
     Kiv::Ptr<Corvid::PassiveAgentProfileDir> root = nullptr;
+    /// Whether the tokens come from the generated lexer alone. `expectProfile` and `expectError` try both.
+    bool plainTokens = false;
 };
 
 /// Sends what is written to std::cerr into a text, as long as it lives.
@@ -130,6 +132,7 @@ class ParsedProfile {
           hdlr_( agentFile_, root_, options.entityManager, options.addDefaults ) {
         for ( const auto& [name, content] : options.files )
             dir_.file( name, content );
+        hdlr_.plainTokensIs( options.plainTokens );
         const CapturedTrace trace;
         const CapturedStandardError standardError;
         hdlr_.run();
@@ -194,14 +197,25 @@ class ParsedProfile {
     std::string standardError_;
 };
 
+/// The options, and the same with the other source of tokens; but a given `root` serves only one parse.
+inline std::vector<ParseOptions> withBothTokenSources( ParseOptions options ) {
+    std::vector<ParseOptions> both{ options };
+    options.plainTokens = !options.plainTokens;
+    if ( !options.root )
+        both.push_back( options );
+    return both;
+}
+
 /// Parses a text and expects it valid, with this dump.
 inline void expectProfile( std::string_view text, const std::string& dump, const ParseOptions& options = {},
                            const std::source_location& where = std::source_location::current() ) {
     const testing::ScopedTrace scope( where.file_name(), static_cast<int>( where.line() ),
                                       "profile:\n" + std::string( text ) );
-    const ParsedProfile parsed( text, options );
-    EXPECT_EQ( parsed.outcome(), "valid" ) << parsed.description();
-    EXPECT_EQ( parsed.dump(), dump );
+    for ( const ParseOptions& each : withBothTokenSources( options ) ) {
+        const ParsedProfile parsed( text, each );
+        EXPECT_EQ( parsed.outcome(), "valid" ) << parsed.description();
+        EXPECT_EQ( parsed.dump(), dump );
+    }
 }
 
 /// Expects exactly this error.
@@ -227,7 +241,8 @@ inline void expectError( std::string_view text, const std::string& description, 
                          const std::source_location& where = std::source_location::current() ) {
     const testing::ScopedTrace scope( where.file_name(), static_cast<int>( where.line() ),
                                       "profile:\n" + std::string( text ) );
-    expectErrorOf( ParsedProfile( text, options ), description, line, position, kind );
+    for ( const ParseOptions& each : withBothTokenSources( options ) )
+        expectErrorOf( ParsedProfile( text, each ), description, line, position, kind );
 }
 
 } // namespace CorvidTest
