@@ -1,0 +1,106 @@
+// Compares the library with a second, independent reading of the language: a small model that shares no code
+// with it reads the same generated files, and both must come to the same tokens, records, errors and traces.
+//
+// A run of the test suite takes a few thousand files. A long one takes these environment variables:
+//   MOUNTPROFILE_MODEL_CASES  how many files (default 3000)
+//   MOUNTPROFILE_MODEL_SEED   seed of the first file, the others take the numbers after it (default 1)
+// for example
+//   MOUNTPROFILE_MODEL_CASES=50000 MOUNTPROFILE_MODEL_SEED=7 ModelTest
+// The same seed gives the same file on every machine: to look at a single difference again, give its seed and
+// one case. What is printed of a difference is a shrunk input, ready to become a case of its own.
+
+#include "model/Bytes.h"
+#include "model/Generator.h"
+#include "model/LibraryRun.h"
+#include "model/ModelBuilder.h"
+#include "model/Mutator.h"
+#include "model/Shrink.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <iostream>
+
+namespace Model {
+namespace {
+
+std::uint64_t environmentNumber( const char* name, std::uint64_t otherwise ) {
+    const char* value = std::getenv( name );
+    return value ? std::strtoull( value, nullptr, 10 ) : otherwise;
+}
+
+Case caseOf( std::uint64_t seed ) {
+    Random random( seed );
+    Case input = Generator( random ).generate();
+    if ( random.chance( 8 ) )
+        input.agentText = tokenSoup( random );
+    else if ( random.chance( 55 ) )
+        mutate( input, random );
+    return input;
+}
+
+std::string tokensText( const Lexed& lexed ) {
+    std::string out;
+    for ( const auto& [type, line, position, text] : lexed.tokens )
+        out += std::string( typeName( type ) ) + ' ' + std::to_string( line ) + ':' +
+               std::to_string( position ) + ' ' + escaped( text ) + '\n';
+    if ( const auto& error = lexed.firstError )
+        out += "error " + std::to_string( error->kind ) + ' ' + std::to_string( error->line ) + ':' +
+               std::to_string( error->position ) + ' ' + escaped( error->description ) + ' ' +
+               escaped( error->sourceLine ) + '\n';
+    return out;
+}
+
+struct Comparison {
+    std::string library;
+    std::string model;
+    std::string kind; ///< of the model's outcome
+};
+
+Comparison compare( const Case& input, LibraryRun& library ) {
+    Comparison out;
+    out.library = outcomeText( library.run( input ) );
+    const Outcome modelled = Builder( input, library.directory( input ) ).run();
+    out.model = outcomeText( modelled );
+    out.kind = modelled.kind;
+    const auto addTokens = [&]( const std::string& name, const std::string& text ) {
+        out.library += "tokens of " + name + '\n' + tokensText( library.tokens( name ) );
+        out.model += "tokens of " + name + '\n' + tokensText( lex( text ) );
+    };
+    addTokens( agentFileName, input.agentText );
+    for ( const auto& [name, text] : input.otherFiles )
+        addTokens( name, text );
+    return out;
+}
+
+std::string difference( const Case& input, LibraryRun& library ) {
+    const auto differs = [&]( const Case& candidate ) {
+        const Comparison both = compare( candidate, library );
+        return both.library != both.model;
+    };
+    const Case smallest = shrunk( input, differs );
+    const Comparison both = compare( smallest, library );
+    return caseText( smallest ) + "--- library\n" + both.library + "--- model\n" + both.model;
+}
+
+TEST( Model, ReadsGeneratedFilesAsTheLibraryDoes ) {
+    const std::uint64_t count = environmentNumber( "MOUNTPROFILE_MODEL_CASES", 3000 );
+    const std::uint64_t first = environmentNumber( "MOUNTPROFILE_MODEL_SEED", 1 );
+    LibraryRun library;
+    std::map<std::string, std::uint64_t> kinds;
+    unsigned differences = 0;
+    for ( std::uint64_t seed = first; seed < first + count && differences < 5; ++seed ) {
+        const Case input = caseOf( seed );
+        const Comparison both = compare( input, library );
+        ++kinds[both.kind];
+        if ( both.library != both.model ) {
+            ++differences;
+            ADD_FAILURE() << "seed " << seed << '\n' << difference( input, library );
+        }
+    }
+    for ( const auto& [kind, files] : kinds )
+        std::cout << files << ' ' << kind << '\n';
+}
+
+} // namespace
+} // namespace Model

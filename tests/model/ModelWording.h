@@ -1,0 +1,18 @@
+#pragma once
+
+#include "model/ModelParser.h"
+
+#include <optional>
+#include <string>
+
+namespace Model {
+
+/// What a parser error is described with.
+struct ErrorContext {
+    Section section;
+    std::string groupName;
+    std::optional<std::string> failedCheck; ///< message of a failed check of the builder
+};
+[[nodiscard]] std::string parserErrorText( const Failure& failure, Rule rule, const ErrorContext& context );
+
+} // namespace Model

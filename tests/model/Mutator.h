@@ -1,0 +1,14 @@
+#pragma once
+
+#include "model/Case.h"
+#include "model/Random.h"
+
+namespace Model {
+
+/// Damages one of the case's files, by whole tokens or by bytes, a few times.
+void mutate( Case& input, Random& random );
+
+/// A file of nothing but random tokens, mostly behind a title line.
+[[nodiscard]] std::string tokenSoup( Random& random );
+
+} // namespace Model
