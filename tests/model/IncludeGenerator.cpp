@@ -31,7 +31,7 @@ std::string Generator::includeFileText() {
     do
         text += slips() ? includeFileSlip() : mount();
     while ( random_.chance( 50 ) );
-    if ( random_.chance( 10 ) )
+    if ( random_.chance( 10 ) && !text.empty() )
         text.pop_back();
     return text;
 }

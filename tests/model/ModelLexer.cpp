@@ -49,7 +49,6 @@ struct Failure {
 constexpr Failure noViableAlternative{ 3, "Unrecongnized character ", false };
 constexpr Failure earlyExit{ 5, "Incorrect number ", false };
 constexpr Failure wrongCharacter{ 1, "Unexpected character", true };
-constexpr Failure wrongSet{ 4, "Unexpected character", true };
 constexpr Failure openString{ 1, "EOL or EOF while scanning string literal", false };
 constexpr Failure textAfterBackslash{ 1, "unexpected character after line continuation character", false };
 
@@ -217,7 +216,7 @@ class Reader {
         if ( in_.peek() == '\r' )
             in_.consume();
         if ( in_.peek() != '\n' && in_.peek() != endOfText )
-            return { {}, wrongSet };
+            return { {}, wrongCharacter };
         in_.consume();
         return {};
     }

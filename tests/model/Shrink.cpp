@@ -24,6 +24,10 @@ bool dropOthers( Case& current, const Shows& shows ) {
         without.otherFiles.erase( name );
         changed |= tryChange( current, without, shows );
     }
+    if ( Case without = current; !without.directories.empty() ) {
+        without.directories.clear();
+        changed |= tryChange( current, without, shows );
+    }
     for ( std::size_t index = current.configRoot.size(); index-- > 0; ) {
         Case without = current;
         without.configRoot.erase( without.configRoot.begin() + static_cast<std::ptrdiff_t>( index ) );
