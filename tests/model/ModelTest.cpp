@@ -10,6 +10,7 @@
 // one case. What is printed of a difference is a shrunk input, ready to become a case of its own.
 
 #include "model/Bytes.h"
+#include "model/Exhaustive.h"
 #include "model/Generator.h"
 #include "model/LibraryRun.h"
 #include "model/ModelBuilder.h"
@@ -83,23 +84,53 @@ std::string difference( const Case& input, LibraryRun& library ) {
     return caseText( smallest ) + "--- library\n" + both.library + "--- model\n" + both.model;
 }
 
+/// Compares case by case, and ends a test early when it has shown enough differences.
+class Comparer {
+  public:
+    void use( const Case& input, const std::string& name ) {
+        if ( differences_ == 5 )
+            return;
+        ++compared_;
+        const Comparison both = compare( input, library_ );
+        ++kinds_[both.kind];
+        if ( both.library == both.model )
+            return;
+        ++differences_;
+        ADD_FAILURE() << name << '\n' << difference( input, library_ );
+    }
+    [[nodiscard]] std::uint64_t compared() const { return compared_; }
+    /// How many cases came to which kind of outcome.
+    [[nodiscard]] const std::map<std::string, std::uint64_t>& kinds() const { return kinds_; }
+
+  private:
+    LibraryRun library_;
+    std::uint64_t compared_ = 0;
+    std::map<std::string, std::uint64_t> kinds_;
+    unsigned differences_ = 0;
+};
+
 TEST( Model, ReadsGeneratedFilesAsTheLibraryDoes ) {
     const std::uint64_t count = environmentNumber( "MOUNTPROFILE_MODEL_CASES", 3000 );
     const std::uint64_t first = environmentNumber( "MOUNTPROFILE_MODEL_SEED", 1 );
-    LibraryRun library;
-    std::map<std::string, std::uint64_t> kinds;
-    unsigned differences = 0;
-    for ( std::uint64_t seed = first; seed < first + count && differences < 5; ++seed ) {
-        const Case input = caseOf( seed );
-        const Comparison both = compare( input, library );
-        ++kinds[both.kind];
-        if ( both.library != both.model ) {
-            ++differences;
-            ADD_FAILURE() << "seed " << seed << '\n' << difference( input, library );
-        }
-    }
-    for ( const auto& [kind, files] : kinds )
+    Comparer comparer;
+    for ( std::uint64_t seed = first; seed < first + count; ++seed )
+        comparer.use( caseOf( seed ), "seed " + std::to_string( seed ) );
+    for ( const auto& [kind, files] : comparer.kinds() )
         std::cout << files << ' ' << kind << '\n';
+    EXPECT_TRUE( count < 3000 || comparer.kinds().size() == 4 ) << "a kind of outcome was never generated";
+}
+
+TEST( Model, ReadsEveryChangeOfOneTokenAsTheLibraryDoes ) {
+    Comparer comparer;
+    forEveryChangeOfOneToken( [&]( const Case& input ) { comparer.use( input, "a token changed" ); } );
+    EXPECT_GT( comparer.compared(), 10000U );
+    EXPECT_GT( comparer.kinds().at( "valid" ), 500U );
+}
+
+TEST( Model, ReadsEveryByteAsTheLibraryDoes ) {
+    Comparer comparer;
+    forEveryByte( [&]( const Case& input ) { comparer.use( input, "a byte" ); } );
+    EXPECT_GT( comparer.compared(), 20000U );
 }
 
 } // namespace
