@@ -21,6 +21,7 @@ struct Case {
     std::vector<std::string> directories;          ///< names of empty directories beside the agent file
     bool bareName = false; ///< the handler gets the agent file's name alone, from within its directory
     bool addDefaults = true;
+    bool plainTokens = false; ///< the handler reads tokens with the parser library's own streams
 
     std::optional<std::string> system; ///< name of the entity manager's system; nothing for no entity manager
     bool standalone = false;

@@ -20,6 +20,7 @@ std::string caseText( const Case& input ) {
         out += "directory " + name + '\n';
     out += std::string( "bareName " ) + ( input.bareName ? "yes" : "no" ) + '\n';
     out += std::string( "addDefaults " ) + ( input.addDefaults ? "yes" : "no" ) + '\n';
+    out += std::string( "plainTokens " ) + ( input.plainTokens ? "yes" : "no" ) + '\n';
     if ( input.system )
         out += "system " + escaped( *input.system ) + ( input.standalone ? " standalone" : "" ) + " modes " +
                std::to_string( input.configuredMode ) + ' ' + std::to_string( input.operationalMode ) + '\n';

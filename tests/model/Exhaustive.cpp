@@ -98,14 +98,18 @@ void forEveryByte( const std::function<void( const Case& )>& use ) {
     constexpr const char* before[] = { "",   "x",     "\n", "a\n", "#",  "#a\r", "\\", "\\\n",
                                        "\"", "\"a\n", "!",  "0",   "0x", "1",    "1.", "1.5",
                                        ":",  "=",     "<",  "i",   "in", "an",   "\r", "/" };
-    for ( const std::string start : before )
-        for ( const std::string end : { "", "\n", "=b\n\nc", "x1\"2345678901\n" } )
-            for ( int byte = 0; byte < 256; ++byte ) {
+    constexpr const char* after[] = { "=b\n\nc", "\n", "x1\"2345678901" };
+    for ( int byte = 0; byte < 256; ++byte )
+        for ( const std::string start : before )
+            for ( const std::string end : after ) {
                 Case input;
-                input.agentText = "agentName:a\n" + start + static_cast<char>( byte ) + end;
-                if ( byte % 2 == 0 )
-                    input.agentText.erase( 0, 12 );
+                input.agentText = start + static_cast<char>( byte ) + end;
+                if ( byte % 2 != 0 )
+                    input.agentText.insert( 0, "agentName:a\n" );
+                input.plainTokens = byte % 4 < 2;
                 use( input );
+                if ( byte > 0x7F ) // these are all alike
+                    break;
             }
 }
 

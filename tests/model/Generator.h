@@ -15,7 +15,12 @@ class Generator {
   public:
     explicit Generator( Random& random ) : random_( random ) {}
 
+    /// Whole files, with what they include.
     [[nodiscard]] Case generate();
+    /// A file with little more than one construct, which is damaged by a token or two.
+    [[nodiscard]] Case generateDamagedConstruct();
+    /// Makes the agent file of a case long: many lines, or a line of many tokens.
+    void lengthen( Case& out );
 
   private:
     using Tokens = std::vector<std::string>;
@@ -27,6 +32,8 @@ class Generator {
     [[nodiscard]] std::string includeFileSlip();
     void stage( Case& out );
     void system( Case& out );
+
+    [[nodiscard]] std::string construct( Case& out );
 
     // Lines.
     [[nodiscard]] std::string title();

@@ -56,6 +56,7 @@ std::string Generator::includeFileSlip() {
 void Generator::stage( Case& out ) {
     out.bareName = random_.chance( 15 );
     out.addDefaults = random_.chance( 70 );
+    out.plainTokens = random_.chance( 25 );
     out.cell = random_.chance( 60 ) ? 1 : static_cast<std::uint32_t>( random_.below( 3 ) );
     if ( random_.chance( 50 ) )
         system( out );

@@ -26,7 +26,6 @@ class LibraryRun {
 
   private:
     void layOut( const Case& input );
-    void clear();
 
     std::filesystem::path directory_;
     std::vector<std::filesystem::path> made_;

@@ -5,7 +5,7 @@
 //   MOUNTPROFILE_MODEL_CASES  how many files (default 3000)
 //   MOUNTPROFILE_MODEL_SEED   seed of the first file, the others take the numbers after it (default 1)
 // for example
-//   MOUNTPROFILE_MODEL_CASES=50000 MOUNTPROFILE_MODEL_SEED=7 ModelTest
+//   MOUNTPROFILE_MODEL_CASES=50000 MOUNTPROFILE_MODEL_SEED=7 ModelTest --gtest_filter='*Generated*'
 // The same seed gives the same file on every machine: to look at a single difference again, give its seed and
 // one case. What is printed of a difference is a shrunk input, ready to become a case of its own.
 
@@ -32,11 +32,16 @@ std::uint64_t environmentNumber( const char* name, std::uint64_t otherwise ) {
 
 Case caseOf( std::uint64_t seed ) {
     Random random( seed );
-    Case input = Generator( random ).generate();
+    Generator generator( random );
+    if ( random.chance( 30 ) )
+        return generator.generateDamagedConstruct();
+    Case input = generator.generate();
     if ( random.chance( 8 ) )
         input.agentText = tokenSoup( random );
-    else if ( random.chance( 55 ) )
+    else if ( random.chance( 50 ) )
         mutate( input, random );
+    if ( random.chance( 1 ) )
+        generator.lengthen( input );
     return input;
 }
 
@@ -130,7 +135,7 @@ TEST( Model, ReadsEveryChangeOfOneTokenAsTheLibraryDoes ) {
 TEST( Model, ReadsEveryByteAsTheLibraryDoes ) {
     Comparer comparer;
     forEveryByte( [&]( const Case& input ) { comparer.use( input, "a byte" ); } );
-    EXPECT_GT( comparer.compared(), 20000U );
+    EXPECT_GT( comparer.compared(), 12000U );
 }
 
 } // namespace

@@ -111,37 +111,6 @@ std::string vocabulary( Random& random ) {
     return random.pick( texts );
 }
 
-void changePieces( std::string& text, Random& random ) {
-    Pieces all = pieces( text );
-    if ( all.empty() )
-        return;
-    const auto place = random.below( all.size() );
-    const auto at = all.begin() + static_cast<std::ptrdiff_t>( place );
-    switch ( random.below( 6 ) ) {
-    case 0:
-        all.erase( at );
-        break;
-    case 1:
-        all[place] += all[place];
-        break;
-    case 2:
-        std::swap( all[place], all[random.below( all.size() )] );
-        break;
-    case 3:
-        all[place] = vocabulary( random );
-        break;
-    case 4:
-        all[place] += vocabulary( random );
-        break;
-    default:
-        all[place] += ' ' + vocabulary( random ) + ' ';
-        break;
-    }
-    text.clear();
-    for ( const auto& piece : all )
-        text += piece;
-}
-
 char oddByte( Random& random ) {
     static constexpr char bytes[] = { '\0',   '\r',   '\n',   '"',    '\\', '#',    '!',    '_',
                                       '\x80', '\xFF', '\xC3', '\x7F', '\t', '\x0C', '\x1B', '\x01',
@@ -178,6 +147,37 @@ void changeBytes( std::string& text, Random& random ) {
 
 } // namespace
 
+void changeTokens( std::string& text, Random& random ) {
+    Pieces all = pieces( text );
+    if ( all.empty() )
+        return;
+    const auto place = random.below( all.size() );
+    const auto at = all.begin() + static_cast<std::ptrdiff_t>( place );
+    switch ( random.below( 6 ) ) {
+    case 0:
+        all.erase( at );
+        break;
+    case 1:
+        all[place] += all[place];
+        break;
+    case 2:
+        std::swap( all[place], all[random.below( all.size() )] );
+        break;
+    case 3:
+        all[place] = vocabulary( random );
+        break;
+    case 4:
+        all[place] += vocabulary( random );
+        break;
+    default:
+        all[place] += ' ' + vocabulary( random ) + ' ';
+        break;
+    }
+    text.clear();
+    for ( const auto& piece : all )
+        text += piece;
+}
+
 void mutate( Case& input, Random& random ) {
     std::string* text = &input.agentText;
     if ( !input.otherFiles.empty() && random.chance( 30 ) )
@@ -186,7 +186,7 @@ void mutate( Case& input, Random& random ) {
                     ->second;
     const bool bytes = random.chance( 45 );
     do
-        bytes ? changeBytes( *text, random ) : changePieces( *text, random );
+        bytes ? changeBytes( *text, random ) : changeTokens( *text, random );
     while ( random.chance( 35 ) );
 }
 
