@@ -69,7 +69,7 @@ std::string manyGroups( std::size_t count ) {
     for ( std::size_t i = 0; i < count; ++i ) {
         const std::string number = std::to_string( i );
         text += "mountGroup: group" + number + ", " + std::to_string( i % 99 + 1 ) +
-                "\ncondition: on == /power/" + number + ".state\nagent/status/" + number +
+                "\ncondition: on == /power/unit" + number + ".state\nagent/status/" + number +
                 ", Kiv::Entity, rw\n";
     }
     return text;

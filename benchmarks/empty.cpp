@@ -1,0 +1,2 @@
+// What every program linked to the library pays before it does anything.
+int main() {}
