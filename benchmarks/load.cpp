@@ -20,10 +20,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
+#include <fstream>
+#include <stdexcept>
 #include <thread>
 #include <vector>
-
-#include <sys/resource.h>
 
 namespace Bench {
 
@@ -125,11 +125,14 @@ Measured loadFleet( const Loader& loader, const Options& options, Digest& digest
     return measured;
 }
 
-/// The most memory that the process has had resident at once. In KiB, as the system counts.
+/// The most memory that the process has had resident at once, in KiB. Not getrusage(): its maximum begins
+/// with that of the process that started this one.
 long peakResident() {
-    rusage usage{};
-    getrusage( RUSAGE_SELF, &usage );
-    return usage.ru_maxrss;
+    std::ifstream status( "/proc/self/status" );
+    for ( std::string line; std::getline( status, line ); )
+        if ( line.starts_with( "VmHWM:" ) )
+            return std::stol( line.substr( line.find( ':' ) + 1 ) );
+    throw std::runtime_error( "the system does not tell the resident memory" );
 }
 
 struct MemoryBefore {

@@ -97,7 +97,7 @@ def table(title, header, rows):
         first, *others = (text.ljust(w) if i == 0 else text.rjust(w) for i, (text, w) in enumerate(zip(row, widths)))
         print("| " + " | ".join([first, *others]) + " |")
         if number == 0:
-            print("|-" + "-|-".join("-" * w if i == 0 else "-" * (w - 1) + ":" for i, w in enumerate(widths)) + "-|")
+            print("| " + " | ".join("-" * w if i == 0 else "-" * (w - 1) + ":" for i, w in enumerate(widths)) + " |")
     sys.stdout.flush()
 
 
