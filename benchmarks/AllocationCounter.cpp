@@ -18,28 +18,32 @@ void __libc_free( void* block );
 namespace {
 
 constexpr std::size_t blockHeader = sizeof( std::size_t );
-std::atomic<std::size_t> liveBytes{ 0 };
-std::atomic<std::size_t> peakBytes{ 0 };
-std::atomic<std::size_t> totalBytes{ 0 };
-std::atomic<std::size_t> allocations{ 0 };
+std::atomic<bool> counting{ false };
+std::atomic<std::ptrdiff_t> liveBytes{ 0 };
+std::atomic<std::ptrdiff_t> peakBytes{ 0 };
+std::atomic<std::ptrdiff_t> totalBytes{ 0 };
+std::atomic<std::ptrdiff_t> allocations{ 0 };
 
-std::size_t sizeOf( void* block ) noexcept {
-    return block ? malloc_usable_size( block ) + blockHeader : 0;
+std::ptrdiff_t sizeOf( void* block ) noexcept {
+    return block ? static_cast<std::ptrdiff_t>( malloc_usable_size( block ) + blockHeader ) : 0;
 }
 
 void* counted( void* block ) noexcept {
-    const std::size_t size = sizeOf( block );
-    const std::size_t live = liveBytes.fetch_add( size, std::memory_order_relaxed ) + size;
+    if ( !counting.load( std::memory_order_relaxed ) )
+        return block;
+    const std::ptrdiff_t size = sizeOf( block );
+    const std::ptrdiff_t live = liveBytes.fetch_add( size, std::memory_order_relaxed ) + size;
     totalBytes.fetch_add( size, std::memory_order_relaxed );
     allocations.fetch_add( 1, std::memory_order_relaxed );
-    std::size_t peak = peakBytes.load( std::memory_order_relaxed );
+    std::ptrdiff_t peak = peakBytes.load( std::memory_order_relaxed );
     while ( live > peak && !peakBytes.compare_exchange_weak( peak, live, std::memory_order_relaxed ) )
         ;
     return block;
 }
 
-void uncount( std::size_t size ) noexcept {
-    liveBytes.fetch_sub( size, std::memory_order_relaxed );
+void uncount( std::ptrdiff_t size ) noexcept {
+    if ( counting.load( std::memory_order_relaxed ) )
+        liveBytes.fetch_sub( size, std::memory_order_relaxed );
 }
 
 } // namespace
@@ -57,7 +61,7 @@ void* calloc( std::size_t count, std::size_t size ) noexcept {
 }
 
 void* realloc( void* block, std::size_t size ) noexcept {
-    const std::size_t old = sizeOf( block );
+    const std::ptrdiff_t old = sizeOf( block );
     void* const moved = __libc_realloc( block, size );
     if ( moved || size == 0 )
         uncount( old );
@@ -86,12 +90,14 @@ void free( void* block ) noexcept {
 
 namespace Bench {
 
-std::optional<AllocationCounts> allocationCounts() noexcept {
-    return AllocationCounts{ liveBytes, peakBytes, totalBytes, allocations };
+void startCountingAllocations() noexcept {
+    liveBytes = peakBytes = totalBytes = allocations = 0;
+    counting = true;
 }
 
-void allocationPeakReset() noexcept {
-    peakBytes.store( liveBytes.load() );
+std::optional<AllocationCounts> stopCountingAllocations() noexcept {
+    counting = false;
+    return AllocationCounts{ liveBytes, peakBytes, totalBytes, allocations };
 }
 
 } // namespace Bench

@@ -26,17 +26,26 @@ class LoadedProfile : public LoadedMounts {
     Kiv::Ptr<Corvid::PassiveAgentProfileDir> profiles_;
 };
 
-} // namespace
-
-Loaded loadWithHandler( const std::string& fileName ) {
+Loaded load( const std::string& fileName, bool plainTokens ) {
     Kiv::Ptr<Corvid::PassiveAgentProfileDir> profiles( new Corvid::PassiveAgentProfileDir );
     // Without the defaults: the peers have nothing of the kind.
     Corvid::MountProfileHdlr hdlr( fileName, profiles, nullptr, false );
     hdlr.maxFileSizeIs( std::numeric_limits<std::uint32_t>::max() / 2 );
+    hdlr.plainTokensIs( plainTokens );
     hdlr.run();
     if ( !hdlr.validProfileFile() )
         throw std::runtime_error( fileName + " is not valid" );
     return std::make_unique<LoadedProfile>( std::move( profiles ) );
+}
+
+} // namespace
+
+Loaded loadWithHandler( const std::string& fileName ) {
+    return load( fileName, false );
+}
+
+Loaded loadWithPlainTokens( const std::string& fileName ) {
+    return load( fileName, true );
 }
 
 } // namespace Bench

@@ -11,6 +11,7 @@ namespace {
 
 constexpr auto allLoaders = std::to_array<Loader>( {
     { "ours", "profile", loadWithHandler },
+    { "ours-plain", "profile", loadWithPlainTokens },
     { "floor-map", "profile", loadWithFloor },
     { "floor-cheap", "profile", loadWithCheapFloor },
 #ifdef BENCH_PEERS

@@ -67,6 +67,7 @@ struct Loader {
 
 using Loaded = std::unique_ptr<LoadedMounts>;
 Loaded loadWithHandler( const std::string& fileName );
+Loaded loadWithPlainTokens( const std::string& fileName ); ///< the handler without its fast path
 Loaded loadWithFloor( const std::string& fileName );
 Loaded loadWithCheapFloor( const std::string& fileName );
 Loaded loadWithRapidJson( const std::string& fileName );

@@ -2,10 +2,10 @@
 
 namespace Bench {
 
-std::optional<AllocationCounts> allocationCounts() noexcept {
+void startCountingAllocations() noexcept {}
+
+std::optional<AllocationCounts> stopCountingAllocations() noexcept {
     return {};
 }
-
-void allocationPeakReset() noexcept {}
 
 } // namespace Bench

@@ -90,23 +90,22 @@ struct Options {
 };
 
 /// The median over repeated loads of one file.
-Measured loadRepeatedly( const Loader& loader, const Options& options, Digest& digest ) {
+Measured loadRepeatedly( const Loader& loader, const Options& options, std::vector<Loaded>& loaded ) {
     std::vector<Measured> times;
     times.reserve( options.repeat );
-    Loaded last;
+    Loaded& last = loaded.emplace_back();
     for ( std::size_t i = 0; i < options.repeat; ++i ) {
         last.reset();
         const StopWatch watch;
         last = measuredLoad( loader, options.files.front() );
         times.push_back( watch.stopped() );
     }
-    digest.add( *last );
     return { median( times, &Measured::cpu ).cpu, median( times, &Measured::wall ).wall };
 }
 
 /// All files once, each kept; a thread takes the next file when it has done one.
-Measured loadFleet( const Loader& loader, const Options& options, Digest& digest ) {
-    std::vector<Loaded> loaded( options.files.size() );
+Measured loadFleet( const Loader& loader, const Options& options, std::vector<Loaded>& loaded ) {
+    loaded.resize( options.files.size() );
     std::atomic<std::size_t> next{ 0 };
     const auto work = [&] {
         for ( std::size_t i = next++; i < loaded.size(); i = next++ )
@@ -119,10 +118,7 @@ Measured loadFleet( const Loader& loader, const Options& options, Digest& digest
             others.emplace_back( work );
         work();
     }
-    const Measured measured = watch.stopped();
-    for ( const Loaded& mounts : loaded )
-        digest.add( *mounts );
-    return measured;
+    return watch.stopped();
 }
 
 /// The most memory that the process has had resident at once, in KiB. Not getrusage(): its maximum begins
@@ -135,19 +131,20 @@ long peakResident() {
     throw std::runtime_error( "the system does not tell the resident memory" );
 }
 
-struct MemoryBefore {
-    std::size_t live;
-    long resident;
+struct Memory {
+    long residentKib;
+    std::optional<AllocationCounts> allocated;
 };
 
-void print( const Options& options, const Measured& measured, const Digest& digest,
-            const MemoryBefore& before ) {
-    std::printf( R"({"loader":"%s","files":%zu,"records":%zu,"cpu_ns":%lld,"wall_ns":%lld)",
-                 options.loader.c_str(), options.files.size(), digest.records,
-                 static_cast<long long>( measured.cpu ), static_cast<long long>( measured.wall ) );
-    std::printf( R"(,"resident_kib":%ld)", peakResident() - before.resident );
-    if ( const auto counts = allocationCounts() )
-        std::printf( R"(,"peak_bytes":%zu)", counts->peakBytes - before.live );
+void print( const Options& options, const Measured& measured, const Digest& digest, const Memory& memory ) {
+    std::printf(
+        R"({"loader":"%s","files":%zu,"records":%zu,"cpu_ns":%lld,"wall_ns":%lld,"resident_kib":%ld)",
+        options.loader.c_str(), options.files.size(), digest.records, static_cast<long long>( measured.cpu ),
+        static_cast<long long>( measured.wall ), memory.residentKib );
+    if ( memory.allocated )
+        std::printf( R"(,"peak_bytes":%td,"kept_bytes":%td,"total_bytes":%td,"allocations":%td)",
+                     memory.allocated->peakBytes, memory.allocated->liveBytes, memory.allocated->totalBytes,
+                     memory.allocated->allocations );
     std::printf( ",\"digest\":\"%016llx\"}\n", static_cast<unsigned long long>( digest.hash ) );
 }
 
@@ -155,13 +152,16 @@ void measure( const Options& options ) {
     const Loader* loader = loaderOf( options.loader );
     if ( !loader )
         throw CLI::ValidationError( "LOADER", "no loader " + options.loader );
-    Digest digest;
-    const auto counts = allocationCounts();
-    const MemoryBefore before{ counts ? counts->liveBytes : 0, peakResident() };
-    allocationPeakReset();
     const bool fleet = options.files.size() > 1;
-    const Measured measured = ( fleet ? loadFleet : loadRepeatedly )( *loader, options, digest );
-    print( options, measured, digest, before );
+    const long residentBefore = peakResident();
+    std::vector<Loaded> loaded;
+    startCountingAllocations();
+    const Measured measured = ( fleet ? loadFleet : loadRepeatedly )( *loader, options, loaded );
+    const Memory memory{ peakResident() - residentBefore, stopCountingAllocations() };
+    Digest digest;
+    for ( const Loaded& mounts : loaded )
+        digest.add( *mounts );
+    print( options, measured, digest, memory );
 }
 
 } // namespace
