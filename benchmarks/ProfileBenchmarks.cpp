@@ -1,13 +1,12 @@
-// profile-benchmarks: lexing, storing and whole runs over generated profiles.
+// Whole runs and storing alone, over generated profiles. "Time" is the processor time up to the filled store;
+// dropping the store is not part of it.
 //
-// "Time" is processor time; of a run and of storing it is that up to the filled store, without dropping it.
 // "per_entry" is the same for each mount. "peak", "kept" and "total" are allocated bytes for each mount: the
 // most at once, those of the filled store, and all together; they are counted in a run of its own.
 #include "AllocationCounter.h"
 #include "ProfileGenerator.h"
 
 #include "ProfileParser/MountProfileHdlr.h"
-#include "ProfileParser/TokenListing.h"
 
 #include <benchmark/benchmark.h>
 
@@ -140,33 +139,11 @@ void fleetBenchmark( benchmark::State& state ) {
     } );
 }
 
-void lexBenchmark( benchmark::State& state, Kind kind ) {
-    const auto mounts = static_cast<std::size_t>( state.range( 0 ) );
-    const std::string file = profileFile( kind, mounts );
-    std::size_t tokens = 0;
-    for ( auto _ : state ) {
-        tokens = 0;
-        Corvid::listTokens( file, [&tokens]( const Corvid::ListedToken& ) { ++tokens; } );
-    }
-    state.counters["tokens"] = static_cast<double>( tokens ) / static_cast<double>( mounts );
-    state.counters["per_entry"] =
-        benchmark::Counter( static_cast<double>( mounts ),
-                            benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert );
-}
-
 constexpr std::int64_t tiny = 10;
 constexpr std::int64_t small = 1'000;
 constexpr std::int64_t large = 100'000;
 constexpr std::int64_t huge = 1'000'000;
-// The listing of tokens has no say in the largest file that is opened: 16 MiB.
-constexpr std::int64_t largestListed = 250'000;
 
-BENCHMARK_CAPTURE( lexBenchmark, plain, Kind::plain )
-    ->Arg( tiny )
-    ->Arg( small )
-    ->Arg( large )
-    ->Arg( largestListed );
-BENCHMARK_CAPTURE( lexBenchmark, realistic, Kind::realistic )->Arg( tiny )->Arg( small )->Arg( large );
 BENCHMARK_CAPTURE( runBenchmark, plain, Kind::plain, false )
     ->Arg( tiny )
     ->Arg( small )
