@@ -19,11 +19,6 @@ std::string padded( std::size_t number, std::size_t digits ) {
     return text.size() < digits ? std::string( digits - text.size(), '0' ) + text : text;
 }
 
-void appendLine( std::string& text, const MountLine& mount ) {
-    text.append( mount.path ).append( ", " ).append( mount.type ).append( ", " ).append( mount.flags ) +=
-        '\n';
-}
-
 template <class Element>
 void shuffle( std::vector<Element>& elements, Random& random ) {
     for ( std::size_t left = elements.size(); left > 1; --left )
@@ -56,12 +51,17 @@ std::vector<MountLine> plainMounts( std::size_t count, Order order, std::uint64_
     return mounts;
 }
 
-std::string plainProfile( const std::vector<MountLine>& mounts ) {
-    std::string text = "agentName: Bench\n";
-    text.reserve( text.size() + mounts.size() * 56 );
+std::string mountLines( const std::vector<MountLine>& mounts ) {
+    std::string text;
+    text.reserve( mounts.size() * 56 );
     for ( const MountLine& mount : mounts )
-        appendLine( text, mount );
+        text.append( mount.path ).append( ", " ).append( mount.type ).append( ", " ).append( mount.flags ) +=
+            '\n';
     return text;
+}
+
+std::string plainProfile( const std::vector<MountLine>& mounts ) {
+    return "agentName: Bench\n" + mountLines( mounts );
 }
 
 std::string manyGroups( std::size_t count ) {

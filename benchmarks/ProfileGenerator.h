@@ -43,7 +43,9 @@ enum class Order { sorted, shuffled };
 /// Distinct mounts whose lines "path, type, flags" are 56 bytes each with their line end; paths are 30 bytes.
 /// @param count at most 10,000,000.
 [[nodiscard]] std::vector<MountLine> plainMounts( std::size_t count, Order order, std::uint64_t seed );
-/// A title line, and then the mounts, one a line.
+/// The mounts, one a line.
+[[nodiscard]] std::string mountLines( const std::vector<MountLine>& mounts );
+/// A title line, and then the mounts.
 [[nodiscard]] std::string plainProfile( const std::vector<MountLine>& mounts );
 
 /// A profile as people write them: template keys, aliases, filters, groups with conditions, comments, and an

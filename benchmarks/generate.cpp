@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 
@@ -88,6 +89,20 @@ void writeFormats( const Options& options, const std::string& base, const std::v
         write( options.directory + "/" + base + "." + format, inFormat( format, mounts ) );
 }
 
+/// A profile without mounts of its own, and its mounts in include files.
+void writeIncluded( const Options& options, const std::string& base ) {
+    constexpr std::size_t largestFile = 100'000;
+    write( options.directory + "/" + base + ".profile", "agentName: Bench\ninclude: " + base + "-part*\n" );
+    const std::vector<MountLine> mounts = plainMounts( options.count, Order::sorted, options.seed );
+    for ( std::size_t first = 0; first < mounts.size(); first += largestFile ) {
+        const std::size_t last = std::min( first + largestFile, mounts.size() );
+        const std::string number = std::to_string( mounts.size() + first ); // names in the order of numbers
+        write( options.directory + "/" + base + "-part" + number,
+               mountLines( { mounts.begin() + static_cast<std::ptrdiff_t>( first ),
+                             mounts.begin() + static_cast<std::ptrdiff_t>( last ) } ) );
+    }
+}
+
 void generate( const Options& options ) {
     const std::string base = options.kind + "-" + std::to_string( options.count );
     if ( options.kind == "plain" || options.kind == "shuffled" ) {
@@ -97,6 +112,8 @@ void generate( const Options& options ) {
         for ( std::size_t i = 0; i < options.count; ++i )
             writeFormats( options, "fleet-" + std::to_string( i ),
                           plainMounts( options.mounts, Order::sorted, options.seed + i ) );
+    } else if ( options.kind == "included" ) {
+        writeIncluded( options, base );
     } else if ( options.kind == "realistic" ) {
         for ( const GeneratedFile& file : realisticProfile( base, options.count, options.seed ) )
             write( options.directory + "/" + file.name, file.text );
@@ -112,8 +129,8 @@ int main( int argc, char** argv ) {
     Options options;
     app.add_option( "KIND", options.kind )
         ->required()
-        ->check( CLI::IsMember( { "plain", "shuffled", "fleet", "realistic", "groups", "filters", "aliases",
-                                  "sub-agents", "merged-flags" } ) );
+        ->check( CLI::IsMember( { "plain", "shuffled", "fleet", "included", "realistic", "groups", "filters",
+                                  "aliases", "sub-agents", "merged-flags" } ) );
     app.add_option( "COUNT", options.count )->required();
     app.add_option( "DIRECTORY", options.directory )->required()->check( CLI::ExistingDirectory );
     app.add_option( "--format", options.formats )
