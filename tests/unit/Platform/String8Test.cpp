@@ -159,7 +159,7 @@ TEST( String8, ThreadsMayCopyAndDropOneTextAtOnce ) {
                 std::vector<String8> copies;
                 for ( int round = 0; round < 2000; ++round ) {
                     copies.assign( 3, text );
-                    copies.push_back( String8() );
+                    copies.emplace_back();
                 }
                 EXPECT_EQ( copies.front(), "copied by everybody" );
             } );

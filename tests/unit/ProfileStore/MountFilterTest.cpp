@@ -153,7 +153,7 @@ TEST( Mount, KeepsItsThreeTextsAndHasNoFilterUntilOneIsGiven ) {
 }
 
 TEST( Mount, KeepsBytesOfAnyValueUntrimmed ) {
-    const std::string odd( " /a\0b/\xff\n", 9 );
+    const std::string odd( " /a\0b/\xff\n", 8 );
     const Mount mount( odd, odd, odd );
     EXPECT_EQ( mount.path(), odd );
     EXPECT_EQ( mount.type(), odd );
