@@ -95,8 +95,10 @@ void MountProfileHdlr::addPeerReady( const std::string& agent, bool peerRedundan
 void MountProfileHdlr::addConfigMountProfile() {
     HDLR_TRACE( 8, "void Corvid::MountProfileHdlr::addConfigMountProfile()" );
     HDLR_TRACE( 1, "adding all config mount paths" );
+    HDLR_ASSERT( entityManager_, R"(entityManager && "entityManager is NULL.")" );
     const auto configRoot =
         Kiv::dynamicCast<const ConfigRoot>( corvidEntity( *entityManager_, "Corvid/configRoot" ) );
+    HDLR_ASSERT( configRoot, R"(configRoot && "configRoot is not found.")" );
     HDLR_ASSERT( configRoot->rootsComplete(), "configRoot->rootsComplete()" );
     const Brae::PathTrie& trie = configRoot->pathTrie();
     for ( const Kiv::String8& path : configRoot->configuredPaths() ) {

@@ -110,4 +110,11 @@ TEST_F( PlatformFaultsDeathTest, WaitingForAPeerNeedsAGroupToWaitIn ) {
     EXPECT_ASSERTION( hdlr.addPeerReady( "a", true, true ), R"(currMg && "currMg is NULL.")" );
 }
 
+TEST_F( PlatformFaultsDeathTest, TheConfiguredPathsNeedAnEntityManagerAndAConfigurationRoot ) {
+    Corvid::MountProfileHdlr alone( "Agent", new Corvid::PassiveAgentProfileDir, nullptr, false );
+    EXPECT_ASSERTION( alone.addConfigMountProfile(), R"(entityManager && "entityManager is NULL.")" );
+    Corvid::MountProfileHdlr rootless( "Agent", new Corvid::PassiveAgentProfileDir, entityManager(), false );
+    EXPECT_ASSERTION( rootless.addConfigMountProfile(), R"(configRoot && "configRoot is not found.")" );
+}
+
 } // namespace
