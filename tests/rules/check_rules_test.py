@@ -74,10 +74,15 @@ class CheckRules(unittest.TestCase):
     def test_tables_and_types_are_no_functions(self):
         rows = "    { 1, f( 2 ) },\n" * 60
         self.expect({"A.cpp": f"const Row rows[] = {{\n{rows}}};\n"})
-        table = f"    const Row rows[] = {{\n{rows}    }};\n"
-        self.expect({"A.cpp": function_of(38).replace("{\n", "{\n" + table, 1)})
-        self.expect({"A.cpp": function_of(39).replace("{\n", "{\n" + table, 1)},
-                    "A.cpp:1: function of 41 lines; 40 at most")
+        for begin, end in (("const Row rows[] = {", "};"), ("std::map<int, Row> rows{", "};"), ("check( {", "} );"),
+                           ("std::array<Row, 60> rows{ {", "} };"), ("check( 1, {", "} );")):
+            table = f"    {begin}\n{rows}    {end}\n"
+            self.expect({"A.cpp": function_of(38).replace("{\n", "{\n" + table, 1)})
+            self.expect({"A.cpp": function_of(39).replace("{\n", "{\n" + table, 1)},
+                        "A.cpp:1: function of 41 lines; 40 at most")
+        for begin in ("if ( a ) {", "else {", "do {", "{", "auto f = [ a ] {", "auto f = [ a ]() mutable {", "case 1: {"):
+            self.expect({"A.cpp": function_of(40).replace("{\n", f"{{\n    {begin}\n    }}\n", 1)},
+                        "A.cpp:1: function of 42 lines; 40 at most")
         self.expect({"A.h": "struct A {\n" + "    int f();\n" * 60 + "};\n"})
 
     def test_files_have_four_hundred_lines_at_most(self):
