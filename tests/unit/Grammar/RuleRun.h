@@ -1,5 +1,6 @@
 #pragma once
 
+// Runs single rules of the parser. Include it last, as the generated headers.
 #include "ProfileParser/ParseSession.h"
 
 #include <cstdint>

@@ -42,7 +42,7 @@ class RandomProfiles {
 
     /// Every second text gets a few bytes changed, inserted or taken away.
     std::string spoiled( std::string text ) {
-        static constexpr std::string_view bytes = "\n\r \\\"#{_!=:,/%$-.0x1aA()?*<\x80";
+        static constexpr std::string_view bytes{ "\0\n\r \\\"#{_!=:,/%$-.0x1aA()?*<\x80", 29 };
         if ( below( 2 ) == 0 )
             return text;
         for ( std::size_t count = 1 + below( 3 ); count > 0 && !text.empty(); --count ) {
@@ -91,8 +91,8 @@ TEST( TokenSources, GiveRandomProfilesTheSameResult ) {
         ASSERT_EQ( fast, everything( text, options ) ) << text << "\n--- x1:\n" << options.files["x1"];
         ++outcomes[fast.substr( 0, fast.find( '\n' ) )];
     }
-    EXPECT_GT( outcomes["valid"], 50 );
-    EXPECT_GT( outcomes["invalid"], 500 );
+    EXPECT_GT( outcomes["valid"], 20 );
+    EXPECT_GT( outcomes["invalid"], 150 );
     EXPECT_EQ( outcomes["valid"] + outcomes["invalid"] + outcomes["notAgentFile"], 500 );
 }
 

@@ -144,7 +144,7 @@ void expectOneAsDefined( const std::string& text ) {
 
 void expectAsDefined( std::string& text, std::size_t longest ) {
     static constexpr std::string_view characters = "i\nx0.\"\\#\r=!:";
-    static constexpr std::string_view lastCharacters = "nX1_A <{";
+    static constexpr std::string_view lastCharacters{ "nX1_A <{\0", 9 };
     ASSERT_NO_FATAL_FAILURE( expectOneAsDefined( text ) );
     if ( text.size() == longest )
         return;
