@@ -122,6 +122,7 @@ void reportLexerError( pANTLR3_BASE_RECOGNIZER recognizer ) {
     ++recognizer->state->errorCount;
     if ( ErrorDescription::isFirstError( handlerOf( recognizer ) ) )
         recognizer->displayRecognitionError( recognizer, recognizer->state->tokenNames );
+    freeOlderExceptions( recognizer );
 }
 
 void setLexerErrorDesc( pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8* /*tokenNames*/ ) {

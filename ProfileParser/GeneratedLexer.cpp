@@ -66,7 +66,7 @@ void GeneratedLexer::forgetTokens() noexcept {
 }
 
 void GeneratedLexer::silence() noexcept {
-    lexer_->pLexer->rec->reportError = []( pANTLR3_BASE_RECOGNIZER ) {};
+    lexer_->pLexer->rec->reportError = freeOlderExceptions;
 }
 
 } // namespace Corvid

@@ -72,6 +72,13 @@ void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* mess
     exception->message = const_cast<char*>( message );
 }
 
+void freeOlderExceptions( pANTLR3_BASE_RECOGNIZER recognizer ) {
+    ANTLR3_EXCEPTION& newest = *recognizer->state->exception;
+    if ( newest.nextException )
+        newest.nextException->freeEx( newest.nextException );
+    newest.nextException = nullptr;
+}
+
 void finishLexing( mountProfileParser_Ctx_struct* ctx ) {
     if ( ctx->window )
         ctx->window->finishLexing();

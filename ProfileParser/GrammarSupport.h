@@ -58,6 +58,10 @@ void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* mess
 /// handler.
 void raiseHandlerException( mountProfileParser_Ctx_struct* ctx );
 
+/// Frees all exceptions of a recogniser but the newest, the only one that is ever looked at. The library keeps them all
+/// until the recogniser goes: more than 100 bytes for every byte of a file that is none of this language.
+void freeOlderExceptions( pANTLR3_BASE_RECOGNIZER recognizer );
+
 /// Reports all lexer errors that are left in the parser's file: they come before the errors of parser and handler. To
 /// be called before the file's validity is looked at while it is parsed.
 void finishLexing( mountProfileParser_Ctx_struct* ctx );

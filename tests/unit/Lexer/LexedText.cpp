@@ -44,6 +44,7 @@ void recordAndReport( pANTLR3_BASE_RECOGNIZER recognizer ) {
     append( recording->dump, mark );
     Corvid::reportLexerError( recognizer );
     recording->errorCount = recognizer->state->errorCount;
+    recording->keepsOlderExceptions |= exception.nextException != nullptr;
 }
 
 /// One token a line, to tell where two lists differ.

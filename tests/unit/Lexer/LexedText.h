@@ -35,8 +35,9 @@ struct LexedText {
 
     std::vector<LexedToken> tokens; ///< without the end of input
     std::vector<LexerError> errors;
-    std::size_t errorCount = 0;   ///< as the recogniser counts
-    std::string description = {}; ///< of the first error
+    bool keepsOlderExceptions = false; ///< behind the newest one, after any error
+    std::size_t errorCount = 0;        ///< as the recogniser counts
+    std::string description = {};      ///< of the first error
     std::uint32_t endLine = 0;
     std::int32_t endPosition = 0;
 

@@ -136,6 +136,12 @@ TEST( LexerErrors, AreAllRaisedButOnlyTheFirstIsDescribed ) {
     EXPECT_EQ( lexed.description, "Unrecongnized character , near '{'\n" );
 }
 
+TEST( LexerErrors, DoNotPileUpInMemory ) {
+    const LexedText lexed( std::string( 1000, '{' ) );
+    EXPECT_EQ( lexed.errorCount, 1000U );
+    EXPECT_FALSE( lexed.keepsOlderExceptions );
+}
+
 TEST( LexerErrors, OfNoPredictedRuleNameDecision16InState0 ) {
     const LexedText lexed( "a _ \x80 '" );
     ASSERT_EQ( lexed.errors.size(), 3U );
