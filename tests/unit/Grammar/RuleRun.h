@@ -46,6 +46,7 @@ class RuleRun {
     /// Name of the token at which the rule stopped, or "EOF".
     [[nodiscard]] const std::string& next() const { return next_; }
     [[nodiscard]] const Corvid::MountProfileHdlr& hdlr() const { return hdlr_; }
+    [[nodiscard]] Corvid::MountProfileHdlr& hdlr() { return hdlr_; }
     [[nodiscard]] Parser* parser() const { return session_.parser(); }
 
   private:

@@ -196,6 +196,30 @@ TEST( Rules, UnwindToTheStartRule ) {
         }
 }
 
+// What is not in the records, seen through a mount that uses it.
+TEST( Rules, DeclareWhatTheyDeclareBeforeTheyFail ) {
+    const auto mountAfter = []( const char* rule, const char* text, const char* filter ) {
+        RuleRun run( rules().at( rule ), text, Corvid::TokenPath::fast );
+        EXPECT_NE( run.reports(), "" );
+        run.hdlr().addMount( "x", "T", "r", filter );
+        const Corvid::Mount* mount = run.hdlr().currMg()->mountProfile( "x" );
+        return mount ? mount->mountFilter() : Corvid::MountFilter();
+    };
+    EXPECT_EQ( mountAfter( "mountFilter", "mountFilter: f)", "f" ).enabled(), 1 );
+    Corvid::MountFilter expected;
+    expected.enabledIs( 1 );
+    expected.newAttrFilter( Corvid::AttrFilter( "a", "b" ) );
+    EXPECT_EQ( mountAfter( "mountFilterAttrSpec", "a, b)", "declared" ), expected );
+
+    for ( const auto& [rule, text] :
+          { std::pair( "templateKeys", "-%k$ y" ), std::pair( "templateKeys", "-%k-7" ),
+            std::pair( "alias", "alias: %k = %abc)" ) } ) {
+        RuleRun run( rules().at( rule ), text, Corvid::TokenPath::fast );
+        EXPECT_NE( run.reports(), "" );
+        EXPECT_TRUE( run.hdlr().validateTemplateKey( "%k" ) ) << text;
+    }
+}
+
 struct Taken {
     const char* rule;
     const char* text;
