@@ -5,7 +5,6 @@ namespace Model {
 namespace {
 
 void appendEscaped( std::string& out, char character ) {
-    static constexpr std::string_view digits = "0123456789ABCDEF";
     const auto byte = static_cast<unsigned char>( character );
     if ( character == '\n' )
         out += "\\n";
@@ -18,7 +17,7 @@ void appendEscaped( std::string& out, char character ) {
     else if ( byte >= 0x20 && byte < 0x7F )
         out += character;
     else
-        ( ( out += "\\x" ) += digits[byte >> 4] ) += digits[byte & 15];
+        out += escapedByte( character );
 }
 
 } // namespace
@@ -28,6 +27,12 @@ std::string escaped( std::string_view text ) {
     for ( const char character : text )
         appendEscaped( out, character );
     return out += '"';
+}
+
+std::string escapedByte( char byte ) {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    const auto value = static_cast<unsigned char>( byte );
+    return { '\\', 'x', digits[value >> 4], digits[value & 15] };
 }
 
 } // namespace Model

@@ -40,7 +40,7 @@ Outcome Builder::run() {
 
 void Builder::finish() {
     if ( !valid_ ) {
-        ++out_.printedErrors;
+        out_.printed = errorLine( out_.error );
         if ( !profile_ ) {
             trace( "0 Invalidating agent profile: NA" );
             return;

@@ -4,75 +4,28 @@
 
 namespace Model {
 
+namespace {
+
+// clang-format off
+constexpr const char* names[] = {
+    "<invalid>", "<EOR>", "<DOWN>", "<UP>", "A", "AGENTNAME",
+    "ALIAS", "AND", "ASTERISK", "B", "C", "CLOSEPAREN",
+    "COLON", "COMMA", "CONDITION", "CONDITIONBLOCKER", "D", "DOLLAR",
+    "DOT", "DOUBLECOLON", "E", "EQUAL", "F", "FLOAT",
+    "G", "H", "HEX", "HYBRIDMOUNT", "HYPHEN", "I",
+    "INCLUDE", "INT", "J", "K", "L", "LIDENT",
+    "LINECONT", "LINE_COMMENT", "LOWMOUNTPRIO", "M", "MOUNTFILTER", "MOUNTGROUP",
+    "N", "NEWLN", "NODEFAULTMOUNTGROUP", "O", "OP", "OPENPAREN",
+    "P", "PERCENTAGE", "Q", "QSNMARK", "R", "ROOTFLAGS",
+    "S", "SLASH", "STRING", "SUBAGENT", "T", "U",
+    "UIDENT", "V", "W", "WS", "X", "Y",
+    "Z" };
+// clang-format on
+static_assert( std::size( names ) == 67 );
+
+} // namespace
+
 const char* typeName( Type type ) {
-    static constexpr const char* names[] = { "<invalid>",
-                                             "<EOR>",
-                                             "<DOWN>",
-                                             "<UP>",
-                                             "A",
-                                             "AGENTNAME",
-                                             "ALIAS",
-                                             "AND",
-                                             "ASTERISK",
-                                             "B",
-                                             "C",
-                                             "CLOSEPAREN",
-                                             "COLON",
-                                             "COMMA",
-                                             "CONDITION",
-                                             "CONDITIONBLOCKER",
-                                             "D",
-                                             "DOLLAR",
-                                             "DOT",
-                                             "DOUBLECOLON",
-                                             "E",
-                                             "EQUAL",
-                                             "F",
-                                             "FLOAT",
-                                             "G",
-                                             "H",
-                                             "HEX",
-                                             "HYBRIDMOUNT",
-                                             "HYPHEN",
-                                             "I",
-                                             "INCLUDE",
-                                             "INT",
-                                             "J",
-                                             "K",
-                                             "L",
-                                             "LIDENT",
-                                             "LINECONT",
-                                             "LINE_COMMENT",
-                                             "LOWMOUNTPRIO",
-                                             "M",
-                                             "MOUNTFILTER",
-                                             "MOUNTGROUP",
-                                             "N",
-                                             "NEWLN",
-                                             "NODEFAULTMOUNTGROUP",
-                                             "O",
-                                             "OP",
-                                             "OPENPAREN",
-                                             "P",
-                                             "PERCENTAGE",
-                                             "Q",
-                                             "QSNMARK",
-                                             "R",
-                                             "ROOTFLAGS",
-                                             "S",
-                                             "SLASH",
-                                             "STRING",
-                                             "SUBAGENT",
-                                             "T",
-                                             "U",
-                                             "UIDENT",
-                                             "V",
-                                             "W",
-                                             "WS",
-                                             "X",
-                                             "Y",
-                                             "Z" };
-    static_assert( std::size( names ) == 67 );
     return type == END ? "<EOF>" : names[type];
 }
 

@@ -1,4 +1,5 @@
 #include "model/ModelWording.h"
+#include "model/Bytes.h"
 
 namespace Model {
 
@@ -79,6 +80,16 @@ std::string kindText( const Failure& failure ) {
     }
 }
 
+std::string printable( std::string_view text ) {
+    std::string out;
+    for ( const char character : text )
+        if ( character == '\n' || character < ' ' || character > '~' )
+            out += character == '\n' ? "\\n" : escapedByte( character );
+        else
+            out += character;
+    return out;
+}
+
 } // namespace
 
 std::string parserErrorText( const Failure& failure, Rule rule, const ErrorContext& context ) {
@@ -90,6 +101,20 @@ std::string parserErrorText( const Failure& failure, Rule rule, const ErrorConte
         if ( hint.rule == rule && hint.kind == failure.kind )
             text += hint.text;
     return place + ( text.empty() ? "Syntax error." : text );
+}
+
+std::string errorLine( const ErrorRecord& error ) {
+    const bool included = !error.includeFileName.empty();
+    std::string_view text = error.description;
+    while ( !text.empty() && ( text.back() == ' ' || text.back() == '\n' ) )
+        text.remove_suffix( 1 );
+    while ( !text.empty() && text.front() == ' ' )
+        text.remove_prefix( 1 );
+    // The parser library counts columns from 0, and on the first line of a file from -1.
+    const auto column = error.position + ( error.line == 1 ? 2 : 1 );
+    return printable( included ? error.includeFileName : error.fileName ) + ':' +
+           std::to_string( error.line ) + ':' + std::to_string( column ) + ": error: " + printable( text ) +
+           ( included ? " (included from " + printable( error.fileName ) + ")\n" : "\n" );
 }
 
 } // namespace Model

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ModelParser.h"
+#include "model/Outcome.h"
 
 #include <optional>
 #include <string>
@@ -14,5 +15,8 @@ struct ErrorContext {
     std::optional<std::string> failedCheck; ///< message of a failed check of the builder
 };
 [[nodiscard]] std::string parserErrorText( const Failure& failure, Rule rule, const ErrorContext& context );
+
+/// The line that an error is printed as, with its newline.
+[[nodiscard]] std::string errorLine( const ErrorRecord& error );
 
 } // namespace Model

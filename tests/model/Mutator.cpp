@@ -35,81 +35,16 @@ Pieces pieces( const std::string& text ) {
     return out;
 }
 
-std::string vocabulary( Random& random ) {
-    static constexpr const char* texts[] = { "agentName",
-                                             "AGENTNAME",
-                                             "mountGroup",
-                                             "condition",
-                                             "conditionBlocker",
-                                             "include",
-                                             "alias",
-                                             "subAgent",
-                                             "rootFlags",
-                                             "noDefaultMountGroup",
-                                             "hybridMount",
-                                             "mountFilter",
-                                             "lowMountPrio",
-                                             "and",
-                                             "in",
-                                             "notin",
-                                             "==",
-                                             "!=",
-                                             "<=",
-                                             ">",
-                                             "*",
-                                             ")",
-                                             ":",
-                                             "::",
-                                             ",",
-                                             "$",
-                                             ".",
-                                             "=",
-                                             "-",
-                                             "(",
-                                             "%",
-                                             "?",
-                                             "/",
-                                             "\n",
-                                             "\n",
-                                             "\n",
-                                             "\r",
-                                             "\r\n",
-                                             " ",
-                                             "a",
-                                             "Foo",
-                                             "rw",
-                                             "Kiv",
-                                             "len",
-                                             "%slot",
-                                             "%sysname",
-                                             "1",
-                                             "42",
-                                             "0x1F",
-                                             "2.5",
-                                             "0x",
-                                             "1.",
-                                             "\"s t\"",
-                                             "\"open",
-                                             "#note\n",
-                                             "#note\r x",
-                                             "#",
-                                             "\\\n",
-                                             "\\ \n",
-                                             "\\",
-                                             "!",
-                                             "{",
-                                             "_x",
-                                             "::Kiv::T",
-                                             ", Kiv::Entity, r\n",
-                                             "/a/b",
-                                             "mountGroup: g1, 5\n",
-                                             "condition: 1 == /a.b\n",
-                                             "mountFilter: f1\n",
-                                             "include: inc*\n",
-                                             "f1",
-                                             "all" };
-    return random.pick( texts );
-}
+// clang-format off
+constexpr const char* vocabulary[] = {
+    "agentName", "AGENTNAME", "mountGroup", "condition", "conditionBlocker", "include", "alias", "subAgent",
+    "rootFlags", "noDefaultMountGroup", "hybridMount", "mountFilter", "lowMountPrio", "and", "in", "notin",
+    "==", "!=", "<=", ">", "*", ")", ":", "::", ",", "$", ".", "=", "-", "(", "%", "?", "/", "\n", "\n",
+    "\n", "\r", "\r\n", " ", "a", "Foo", "rw", "Kiv", "len", "%slot", "%sysname", "1", "42", "0x1F", "2.5",
+    "0x", "1.", "\"s t\"", "\"open", "#note\n", "#note\r x", "#", "\\\n", "\\ \n", "\\", "!", "{", "_x",
+    "::Kiv::T", ", Kiv::Entity, r\n", "/a/b", "mountGroup: g1, 5\n", "condition: 1 == /a.b\n",
+    "mountFilter: f1\n", "include: inc*\n", "f1", "all" };
+// clang-format on
 
 char oddByte( Random& random ) {
     static constexpr char bytes[] = { '\0',   '\r',   '\n',   '"',    '\\', '#',    '!',    '_',
@@ -164,13 +99,13 @@ void changeTokens( std::string& text, Random& random ) {
         std::swap( all[place], all[random.below( all.size() )] );
         break;
     case 3:
-        all[place] = vocabulary( random );
+        all[place] = random.pick( vocabulary );
         break;
     case 4:
-        all[place] += vocabulary( random );
+        all[place] += random.pick( vocabulary );
         break;
     default:
-        all[place] += ' ' + vocabulary( random ) + ' ';
+        all[place] += ' ' + random.pick( vocabulary ) + ' ';
         break;
     }
     text.clear();
@@ -193,7 +128,7 @@ void mutate( Case& input, Random& random ) {
 std::string tokenSoup( Random& random ) {
     std::string text = random.chance( 85 ) ? "agentName: A-%slot\n" : "";
     for ( auto count = 1 + random.below( 14 ); count > 0; --count )
-        text += vocabulary( random ) + ( random.chance( 40 ) ? " " : "" );
+        text += random.pick( vocabulary ) + ( random.chance( 40 ) ? " " : "" );
     return text;
 }
 

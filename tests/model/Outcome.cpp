@@ -89,7 +89,7 @@ std::string outcomeText( const Outcome& outcome ) {
         out.text( "subAgent", subAgent );
     for ( const auto& trace : outcome.traces )
         out.text( "trace", trace );
-    out.line( "printedErrors", std::to_string( outcome.printedErrors ) );
+    out.text( "printed", outcome.printed );
     return out.take();
 }
 

@@ -61,7 +61,7 @@ struct Outcome {
     ErrorRecord error;                             ///< the handler's own
     std::vector<std::string> subAgents;
     std::vector<std::string> traces; ///< levels 0 and 1, "LEVEL TEXT"
-    unsigned printedErrors = 0;      ///< how often the error went to standard error
+    std::string printed;             ///< what went to standard error
 };
 
 /// One line for each fact, so that two outcomes can be compared as text.
