@@ -10,6 +10,7 @@
 // one case. What is printed of a difference is a shrunk input, ready to become a case of its own.
 
 #include "model/Bytes.h"
+#include "model/Corpus.h"
 #include "model/Exhaustive.h"
 #include "model/Generator.h"
 #include "model/LibraryRun.h"
@@ -136,6 +137,13 @@ TEST( Model, ReadsEveryByteAsTheLibraryDoes ) {
     Comparer comparer;
     forEveryByte( [&]( const Case& input ) { comparer.use( input, "a byte" ); } );
     EXPECT_GT( comparer.compared(), 12000U );
+}
+
+TEST( Model, ReadsTheConformanceCasesAsTheLibraryDoes ) {
+    Comparer comparer;
+    for ( const auto& folder : corpusFolders() )
+        comparer.use( corpusCase( folder ), folder.filename() );
+    EXPECT_GT( comparer.compared(), 100U );
 }
 
 } // namespace
