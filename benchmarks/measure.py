@@ -5,6 +5,7 @@ Every measurement is a fresh process, rounds are interleaved in shuffled order, 
 
 Suites:
   peers    one file of mounts through every loader: time, memory and ratios
+  memory   what the store keeps of a mount, and what a run needs on top of file and store
   warm     10 and 1,000 mounts again and again in one process
   fleet    2,000 files of 40 mounts, on one thread and on two
   growth   the time an entry at ten times the size: mounts, groups, filters, aliases, sub-agents, flags
@@ -132,6 +133,21 @@ def peers(bench):
                   ["loader", "ns", "resident bytes", "allocated bytes"] + ["ours / it"] * (OWN in nanoseconds), rows)
 
 
+def memory(bench):
+    rows = []
+    for kind, size in (("plain", 10), ("plain", 1_000), *(("plain", size) for size in bench.options.sizes),
+                       *(("shuffled", size) for size in bench.options.sizes)):
+        file = bench.file(kind, size)
+        counted = bench.load(OWN, [file], counted=True)
+        record = lambda metric, value: bench.record("memory", kind, OWN, size, metric, [value])
+        kept = record("store_bytes_per_entry", counted["kept_bytes"] / size)
+        more = record("kib_beyond_file_and_store",
+                      (counted["peak_bytes"] - counted["kept_bytes"] - file.stat().st_size) / 1024)
+        rows.append([kind, f"{size:,}", kept, more, counted["allocations"] / size])
+    table("Allocated memory", ["kind", "mounts", "bytes a mount in the store", "KiB beyond file and store at the peak",
+                               "allocations a mount"], rows)
+
+
 def warm(bench):
     for size in (10, 1000):
         repeat = str(20_000 // size + 200)
@@ -235,7 +251,8 @@ def command(bench):
     print(f"\nThe JSON output alone, what `show --json` takes on top of `check`: {(show - parse) / parse:.2f} x the parse")
 
 
-SUITES = {"peers": peers, "warm": warm, "fleet": fleet, "growth": growth, "process": process, "command": command}
+SUITES = {"peers": peers, "memory": memory, "warm": warm, "fleet": fleet, "growth": growth, "process": process,
+          "command": command}
 
 
 def parse_arguments():

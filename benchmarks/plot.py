@@ -98,8 +98,8 @@ def main():
     drawing = Drawing()
     top = bars(drawing, 10, "100,000 mounts, file to records: ns of processor time an entry (logarithmic)",
                peers("cpu_ns_per_entry", 100_000))
-    top = bars(drawing, top, "The same: bytes an entry, allocated at the peak (logarithmic)",
-               peers("allocated_peak_bytes_per_entry", 100_000))
+    top = bars(drawing, top, "The same: bytes of resident memory an entry, at the peak (logarithmic)",
+               peers("resident_bytes_per_entry", 100_000))
     growth = {}
     for suite, case, loader, entries, _, value in measured:
         if suite == "growth" and loader == "ours":
