@@ -59,16 +59,16 @@ class EmptyPathTrie final : public Brae::PathTrie {
     [[nodiscard]] Kiv::String8 prefixFlags( const Kiv::String8& ) const override { return {}; }
 };
 
-/// An empty configuration root that does something when it is asked whether it is complete. The handler asks
+/// An empty configuration root that does something when it is asked for its paths. The handler asks
 /// in the middle of a parse: a door to all that can only be seen or provoked there.
 class ProbingConfigRoot final : public Corvid::ConfigRoot {
   public:
     explicit ProbingConfigRoot( std::function<void()> probe ) : probe_( std::move( probe ) ) {}
-    [[nodiscard]] bool rootsComplete() const override {
+    [[nodiscard]] bool rootsComplete() const override { return true; }
+    [[nodiscard]] const std::vector<Kiv::String8>& configuredPaths() const override {
         probe_();
-        return true;
+        return none_;
     }
-    [[nodiscard]] const std::vector<Kiv::String8>& configuredPaths() const override { return none_; }
     [[nodiscard]] const Brae::PathTrie& pathTrie() const override { return trie_; }
 
   private:
@@ -163,7 +163,7 @@ class HandlerTest : public testing::Test {
 
 /// Expects a statement to stop the process on an assertion of the handler with exactly this text.
 #ifdef KIV_NO_ASSERTIONS
-#define EXPECT_ASSERTION( statement, text ) GTEST_SKIP() << "assertions are compiled out"
+#define EXPECT_ASSERTION( statement, text ) GTEST_SKIP() << "compiled out: " << ( text )
 #else
 #define EXPECT_ASSERTION( statement, text )                                                                  \
     EXPECT_EXIT( statement, testing::KilledBySignal( SIGABRT ),                                              \
