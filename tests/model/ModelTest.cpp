@@ -1,9 +1,9 @@
 // Compares the library with a second, independent reading of the language: a small model that shares no code
 // with it reads the same generated files, and both must come to the same tokens, records, errors and traces.
 //
-// Four tests: generated files, every change of one token in a line of each construct, every byte where the lexer treats
-// bytes in a way of its own, and the inputs of the conformance cases. The first takes a few thousand files in a run of
-// the test suite. A long run takes these environment variables:
+// Four tests: generated files, every change of one token in a line of each construct, every byte where the
+// lexer treats bytes in a way of its own, and the inputs of the conformance cases. The first takes a few
+// thousand files in a run of the test suite. A long run takes these environment variables:
 //   MOUNTPROFILE_MODEL_CASES  how many files (default 3000)
 //   MOUNTPROFILE_MODEL_SEED   seed of the first file, the others take the numbers after it (default 1)
 // for example
