@@ -135,6 +135,14 @@ TEST( MountLineErrors, NameTheDefaultGroup ) {
             { "//a, T, r",
               in + "'/', Expecting combination of: [number, identifier, '-', template key, '::'] ", 2, 1, 5 },
             { "/a//b, T, r", in + "'/',  Expected COMMA", 2, 3, 2 },
+        },
+        "agentName: A\n" );
+}
+
+TEST( MountLineErrors, OfWhatAPartOfTheLineSaysNameItsPlace ) {
+    const std::string in = " In mount group 'all' ,  near ";
+    expectErrors(
+        {
             { "/%bad, T, r", in + "',', Reference to undeclared template key %bad", 2, 5, 2 },
             { "/%bad/%worse, T, r", in + "'/', Reference to undeclared template key %bad", 2, 5, 2 },
             { "/%bad%worse, T, r", in + "'%', Reference to undeclared template key %bad", 2, 5, 2 },
@@ -219,6 +227,14 @@ TEST( ConditionErrors, NameTheGroupAndTheToken ) {
             { "condition: 1 == len(/a.b\n", in + "'\\n',  Missing CLOSEPAREN", 3, 24, 10 },
             { "condition: 1 == len(/a)", in + "')',  Expected DOT", 3, 22, 2 },
             { "condition: 1 == /a\n", in + "'\\n',  Expected DOT", 3, 18, 2 },
+        },
+        "agentName: A\nmountGroup: g\n" );
+}
+
+TEST( ConditionErrors, BehindAComparisonAndOfTheHandlerNameTheTokenToo ) {
+    const std::string in = " In mount group 'g' ,  near ";
+    expectErrors(
+        {
             { "condition: 1 == /a/.b",
               in + "'.', Expecting combination of: [number, identifier, '-', template "
                    "key, '::'] ",

@@ -12,54 +12,48 @@ namespace {
 
 using RuleCall = std::function<void( Parser* )>;
 
-#define RULE( name )                                                                                         \
-    {                                                                                                        \
-#name, []( Parser * parser ) { parser->name( parser ); }                                             \
-    }
-const std::map<std::string, RuleCall>& rules() {
-    static const std::map<std::string, RuleCall> calls{
-        { "profile", []( Parser* parser ) { parser->profile( parser, false ); } },
-        { "profile of an include file", []( Parser* parser ) { parser->profile( parser, true ); } },
-        RULE( agentFile ),
-        RULE( includeFile ),
-        RULE( agent ),
-        RULE( agentId ),
-        RULE( templateKeys ),
-        RULE( templateKey ),
-        RULE( ident ),
-        RULE( keyword ),
-        RULE( attrIdent ),
-        RULE( typeIdent ),
-        RULE( statements ),
-        RULE( mountFilter ),
-        RULE( mountFilterId ),
-        RULE( mountFilterBody ),
-        RULE( mountFilterAttrSpec ),
-        RULE( mountFilterKey ),
-        RULE( property ),
-        RULE( subAgent ),
-        RULE( alias ),
-        RULE( rootFlags ),
-        RULE( mountEntry ),
-        RULE( include ),
-        RULE( includeFilePattern ),
-        RULE( path ),
-        RULE( pathUnit ),
-        RULE( entityType ),
-        RULE( mountGroup ),
-        RULE( mountGroupId ),
-        RULE( mountGroupBody ),
-        RULE( entireCondition ),
-        RULE( conditions ),
-        RULE( condition ),
-        RULE( lvalue ),
-        RULE( str ),
-        RULE( number ),
-        RULE( condPath ),
-        RULE( rvalue ),
-    };
-    return calls;
-}
+#define RULE( name ) std::pair( #name, RuleCall( []( Parser* parser ) { parser->name( parser ); } ) )
+const std::map<std::string, RuleCall> rules{
+    { "profile", []( Parser* parser ) { parser->profile( parser, false ); } },
+    { "profile of an include file", []( Parser* parser ) { parser->profile( parser, true ); } },
+    RULE( agentFile ),
+    RULE( includeFile ),
+    RULE( agent ),
+    RULE( agentId ),
+    RULE( templateKeys ),
+    RULE( templateKey ),
+    RULE( ident ),
+    RULE( keyword ),
+    RULE( attrIdent ),
+    RULE( typeIdent ),
+    RULE( statements ),
+    RULE( mountFilter ),
+    RULE( mountFilterId ),
+    RULE( mountFilterBody ),
+    RULE( mountFilterAttrSpec ),
+    RULE( mountFilterKey ),
+    RULE( property ),
+    RULE( subAgent ),
+    RULE( alias ),
+    RULE( rootFlags ),
+    RULE( mountEntry ),
+    RULE( include ),
+    RULE( includeFilePattern ),
+    RULE( path ),
+    RULE( pathUnit ),
+    RULE( entityType ),
+    RULE( mountGroup ),
+    RULE( mountGroupId ),
+    RULE( mountGroupBody ),
+    RULE( entireCondition ),
+    RULE( conditions ),
+    RULE( condition ),
+    RULE( lvalue ),
+    RULE( str ),
+    RULE( number ),
+    RULE( condPath ),
+    RULE( rvalue ),
+};
 #undef RULE
 
 struct Failure {
@@ -164,7 +158,7 @@ TEST( Rules, ReportTheirPlaceInTheGrammarTheInnermostFirst ) {
     for ( const Failure& row : failures )
         for ( const auto path : { Corvid::TokenPath::fast, Corvid::TokenPath::plain } ) {
             SCOPED_TRACE( std::string( row.rule ) + " over " + row.text );
-            const RuleRun run( rules().at( row.rule ), row.text, path );
+            const RuleRun run( rules.at( row.rule ), row.text, path );
             EXPECT_EQ( run.reports(), row.reports );
             EXPECT_EQ( run.error().kind, row.kind );
             EXPECT_EQ( run.error().token, row.token );
@@ -189,7 +183,7 @@ TEST( Rules, UnwindToTheStartRule ) {
     for ( const Failure& row : failures )
         for ( const auto path : { Corvid::TokenPath::fast, Corvid::TokenPath::plain } ) {
             SCOPED_TRACE( std::string( row.rule ) + " over " + row.text );
-            const RuleRun run( rules().at( row.rule ), row.text, path );
+            const RuleRun run( rules.at( row.rule ), row.text, path );
             EXPECT_EQ( run.reports(), row.reports );
             EXPECT_EQ( run.error().kind, row.kind );
             EXPECT_EQ( run.error().token, row.token );
@@ -199,7 +193,7 @@ TEST( Rules, UnwindToTheStartRule ) {
 // What is not in the records, seen through a mount that uses it.
 TEST( Rules, DeclareWhatTheyDeclareBeforeTheyFail ) {
     const auto mountAfter = []( const char* rule, const char* text, const char* filter ) {
-        RuleRun run( rules().at( rule ), text, Corvid::TokenPath::fast );
+        RuleRun run( rules.at( rule ), text, Corvid::TokenPath::fast );
         EXPECT_NE( run.reports(), "" );
         run.hdlr().addMount( "x", "T", "r", filter );
         const Corvid::Mount* mount = run.hdlr().currMg()->mountProfile( "x" );
@@ -214,7 +208,7 @@ TEST( Rules, DeclareWhatTheyDeclareBeforeTheyFail ) {
     for ( const auto& [rule, text] :
           { std::pair( "templateKeys", "-%k$ y" ), std::pair( "templateKeys", "-%k-7" ),
             std::pair( "alias", "alias: %k = %abc)" ) } ) {
-        RuleRun run( rules().at( rule ), text, Corvid::TokenPath::fast );
+        RuleRun run( rules.at( rule ), text, Corvid::TokenPath::fast );
         EXPECT_NE( run.reports(), "" );
         EXPECT_TRUE( run.hdlr().validateTemplateKey( "%k" ) ) << text;
     }
@@ -231,7 +225,7 @@ void expectTaken( std::initializer_list<Taken> rows ) {
     for ( const Taken& row : rows )
         for ( const auto path : { Corvid::TokenPath::fast, Corvid::TokenPath::plain } ) {
             SCOPED_TRACE( std::string( row.rule ) + " over " + row.text );
-            const RuleRun run( rules().at( row.rule ), row.text, path );
+            const RuleRun run( rules.at( row.rule ), row.text, path );
             EXPECT_EQ( run.reports(), "" );
             EXPECT_EQ( run.consumed(), row.consumed );
             EXPECT_EQ( run.next(), row.next );
@@ -244,7 +238,7 @@ TEST( Rules, OfNamesTakeEveryKeywordButTheProperties ) {
         const bool isAttribute = isKeyword( sample.type ) || sample.type == LIDENT;
         const bool isType = isKeyword( sample.type ) || sample.type == UIDENT;
         const auto runs = [&]( const char* rule, const std::string& text ) {
-            return RuleRun( rules().at( rule ), text, Corvid::TokenPath::fast ).reports();
+            return RuleRun( rules.at( rule ), text, Corvid::TokenPath::fast ).reports();
         };
         EXPECT_EQ( runs( "ident", sample.text ), isIdentifier( sample.type ) ? "" : "7" );
         EXPECT_EQ( runs( "keyword", sample.text ), isKeyword( sample.type ) ? "" : "8" );
