@@ -7,6 +7,7 @@
 #include <malloc.h>
 
 // The C library's own functions under the names by which a replacement of malloc() reaches them.
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming)
 extern "C" {
 void* __libc_malloc( std::size_t size );
 void* __libc_calloc( std::size_t count, std::size_t size );
@@ -14,6 +15,7 @@ void* __libc_realloc( void* block, std::size_t size );
 void* __libc_memalign( std::size_t alignment, std::size_t size );
 void __libc_free( void* block );
 }
+// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)
 
 namespace {
 

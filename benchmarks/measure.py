@@ -27,6 +27,12 @@ import sys
 import tempfile
 import time
 
+sys.dont_write_bytecode = True  # the next ones are in the source tree
+
+import page
+import plot
+import targets
+
 OWN = "ours"
 # The plain path: the same library with its fast path switched off.
 PLAIN = "ours-plain"
@@ -43,6 +49,7 @@ class Bench:
         self.options = options
         self.directory = pathlib.Path(directory)
         self.rows = []
+        self.texts = []
         self.random = random.Random(options.seed)
         listed = self.output([self.bin / "load", "--list"]).split("\n")
         self.formats = dict(line.split() for line in listed if line)
@@ -88,18 +95,19 @@ class Bench:
                           f"{max(values):.6g}", len(values)])
         return value
 
+    def table(self, title, header, rows):
+        """A Markdown table, to be read as text, too."""
+        cells = [header] + [[c if isinstance(c, str) else f"{c:,.0f}" if abs(c) >= 100 else f"{c:.2f}" for c in row]
+                            for row in rows]
+        widths = [max(len(row[i]) for row in cells) for i in range(len(header))]
+        cells.insert(1, ["-" * w if i == 0 else "-" * (w - 1) + ":" for i, w in enumerate(widths)])
+        lines = ["| " + " | ".join(text.ljust(w) if i == 0 else text.rjust(w)
+                                   for i, (text, w) in enumerate(zip(row, widths))) + " |" for row in cells]
+        self.say("\n".join([f"{title}:", "", *lines]))
 
-def table(title, header, rows):
-    print(f"\n{title}\n")
-    cells = [header] + [[c if isinstance(c, str) else f"{c:,.0f}" if abs(c) >= 100 else f"{c:.2f}" for c in row]
-                        for row in rows]
-    widths = [max(len(row[i]) for row in cells) for i in range(len(header))]
-    for number, row in enumerate(cells):
-        first, *others = (text.ljust(w) if i == 0 else text.rjust(w) for i, (text, w) in enumerate(zip(row, widths)))
-        print("| " + " | ".join([first, *others]) + " |")
-        if number == 0:
-            print("| " + " | ".join("-" * w if i == 0 else "-" * (w - 1) + ":" for i, w in enumerate(widths)) + " |")
-    sys.stdout.flush()
+    def say(self, text):
+        self.texts.append(text)
+        print(f"\n{text}", flush=True)
 
 
 def same_mounts(results):
@@ -129,7 +137,7 @@ def peers(bench):
             if OWN in nanoseconds:
                 for row in rows:
                     row.append(nanoseconds[OWN] / row[1])
-            table(f"{size:,} mounts, {'in the order of paths' if kind == 'plain' else 'shuffled'}: an entry",
+            bench.table(f"{size:,} mounts, {'in the order of paths' if kind == 'plain' else 'shuffled'}: an entry",
                   ["loader", "ns", "resident bytes", "allocated bytes"] + ["ours / it"] * (OWN in nanoseconds), rows)
 
 
@@ -144,7 +152,7 @@ def memory(bench):
         more = record("kib_beyond_file_and_store",
                       (counted["peak_bytes"] - counted["kept_bytes"] - file.stat().st_size) / 1024)
         rows.append([kind, f"{size:,}", kept, more, counted["allocations"] / size])
-    table("Allocated memory", ["kind", "mounts", "bytes a mount in the store", "KiB beyond file and store at the peak",
+    bench.table("Allocated memory", ["kind", "mounts", "bytes a mount in the store", "KiB beyond file and store at the peak",
                                "allocations a mount"], rows)
 
 
@@ -157,7 +165,7 @@ def warm(bench):
         same_mounts(results)
         times = {name: bench.record("warm", "plain", name, size, "cpu_us_per_file", [r["cpu_ns"] / 1000 for r in runs])
                  for name, runs in results.items()}
-        table(f"{size:,} mounts, warm: a file", ["loader", "µs", "ours / it"],
+        bench.table(f"{size:,} mounts, warm: a file", ["loader", "µs", "ours / it"],
               [[name, value, times[OWN] / value] for name, value in times.items()])
 
 
@@ -175,7 +183,7 @@ def fleet(bench):
         cpu, wall = record("cpu_us_per_file", "cpu_ns"), record("wall_us_per_file", "wall_ns")
         single.setdefault(name, wall)
         rows.append([name, str(threads), cpu, wall, single[OWN] / wall if threads == 1 else single[name] / wall])
-    table(f"{count:,} files of 40 mounts: a file",
+    bench.table(f"{count:,} files of 40 mounts: a file",
           ["loader", "threads", "CPU µs", "wall µs", "ours / it; times faster"], rows)
 
 
@@ -194,7 +202,7 @@ def growth(bench):
             value = bench.record("growth", kind, name, n, "cpu_ns_per_entry", [r["cpu_ns"] / n for r in runs])
             rows.append([kind, name, f"{n:,}", value, value / previous[name] if name in previous else "-"])
             previous[name] = value
-    table("Growth: time an entry, and its ratio to that at a tenth of the size", ["kind", "loader", "entries", "ns", "ratio"],
+    bench.table("Growth: time an entry, and its ratio to that at a tenth of the size", ["kind", "loader", "entries", "ns", "ratio"],
           rows)
 
 
@@ -231,7 +239,7 @@ def process(bench):
     visudo = next((p for p in ("/usr/sbin/visudo", "/usr/bin/visudo") if os.access(p, os.X_OK)), None)
     if visudo:
         commands["visudo -c"] = [visudo, "-c", "-f", sudoers]
-    table("A process with a tiny file", ["process", "CPU µs", "wall µs", "CPU / empty", "wall / empty"],
+    bench.table("A process with a tiny file", ["process", "CPU µs", "wall µs", "CPU / empty", "wall / empty"],
           spawn_rows(bench, "process", commands, "empty program"))
     bench.options.rounds = rounds
 
@@ -246,9 +254,10 @@ def command(bench):
     rows += spawn_rows(bench, "command", {"check, 1,000,000 mounts": [program, "check", big],
                                           "show --json, 1,000,000 mounts": [program, "show", "--json", big]},
                        "check, 1,000,000 mounts")
-    table("The command: whole processes", ["process", "CPU µs", "wall µs", "CPU / first", "wall / first"], rows)
+    bench.table("The command: whole processes", ["process", "CPU µs", "wall µs", "CPU / first", "wall / first"], rows)
     parse, show = rows[-2][1], rows[-1][1]
-    print(f"\nThe JSON output alone, what `show --json` takes on top of `check`: {(show - parse) / parse:.2f} x the parse")
+    bench.say(f"The JSON output alone, what `show --json` takes on top of `check`: {(show - parse) / parse:.2f} × the "
+              "parse.")
 
 
 SUITES = {"peers": peers, "memory": memory, "warm": warm, "fleet": fleet, "growth": growth, "process": process,
@@ -265,6 +274,7 @@ def parse_arguments():
     parser.add_argument("--loaders", nargs="+", help="only these")
     parser.add_argument("--seed", type=int, default=1, help="of the generated files and the order of measurements")
     parser.add_argument("--csv", help="file that receives all medians; rows of other suites in it are kept")
+    parser.add_argument("--page", help="Markdown page with marks for the tables; next to it a plot; needs --csv")
     return parser.parse_args()
 
 
@@ -283,12 +293,18 @@ def write_csv(name, rows, suites):
 def main():
     options = parse_arguments()
     suites = list(SUITES) if "all" in options.suites else options.suites
+    texts = {}
     with tempfile.TemporaryDirectory(prefix="profile-bench-") as directory:
         bench = Bench(options, directory)
         for suite in suites:
             SUITES[suite](bench)
-        if options.csv:
-            write_csv(options.csv, bench.rows, set(suites))
+            texts[suite] = bench.texts
+            bench.texts = []
+    if options.csv:
+        write_csv(options.csv, bench.rows, set(suites))
+    if options.page:
+        page.write(options.page, texts, targets.Medians(options.csv).table())
+        plot.draw(options.csv, str(pathlib.Path(options.page).with_suffix(".svg")))
 
 
 if __name__ == "__main__":

@@ -84,10 +84,8 @@ def curves(drawing, top, title, series):
     return bottom + 40
 
 
-def main():
-    if len(sys.argv) != 3:
-        sys.exit(__doc__)
-    with open(sys.argv[1], newline="", encoding="utf-8") as file:
+def draw(csv_name, svg_name):
+    with open(csv_name, newline="", encoding="utf-8") as file:
         rows = list(csv.DictReader(file))
     measured = [(r["suite"], r["case"], r["loader"], int(r["entries"]), r["metric"], float(r["median"])) for r in rows]
 
@@ -105,8 +103,10 @@ def main():
         if suite == "growth" and loader == "ours":
             growth.setdefault(case, []).append((entries, value))
     top = curves(drawing, top, "Growth: our ns an entry against the number of entries", growth)
-    drawing.written(sys.argv[2], top)
+    drawing.written(svg_name, top)
 
 
 if __name__ == "__main__":
-    main()
+    if len(sys.argv) != 3:
+        sys.exit(__doc__)
+    draw(sys.argv[1], sys.argv[2])

@@ -72,18 +72,21 @@ class Medians:
             self.limit(f"{size:,} mounts: KiB beyond file and store at the peak", 64,
                        lambda: self.values[key("kib_beyond_file_and_store")])
 
+    def table(self):
+        self.rows = []
+        self.peers()
+        self.small_files()
+        self.processes()
+        self.memory()
+        header = "| limit | at | measured | met |\n| --- | ---: | ---: | --- |\n"
+        return header + "\n".join("| " + " | ".join(row) + " |" for row in self.rows)
+
 
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
     medians = Medians(sys.argv[1])
-    medians.peers()
-    medians.small_files()
-    medians.processes()
-    medians.memory()
-    print("| limit | at | measured | met |\n| --- | ---: | ---: | --- |")
-    for row in medians.rows:
-        print("| " + " | ".join(row) + " |")
+    print(medians.table())
     return int(medians.broken)
 
 
