@@ -9,13 +9,21 @@
 #include <cstdint>
 #include <iostream>
 #include <map>
-#include <source_location>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace CorvidTest {
+
+/// Where a test calls a helper: std::source_location, which not every compiler that reads the tests has.
+struct SourceLine {
+    const char* file;
+    int line;
+    static SourceLine current( const char* file = __builtin_FILE(), int line = __builtin_LINE() ) {
+        return { file, line };
+    }
+};
 
 struct ParseOptions {
     bool addDefaults = false;
@@ -208,9 +216,8 @@ inline std::vector<ParseOptions> withBothTokenSources( ParseOptions options ) {
 
 /// Parses a text and expects it valid, with this dump.
 inline void expectProfile( std::string_view text, const std::string& dump, const ParseOptions& options = {},
-                           const std::source_location& where = std::source_location::current() ) {
-    const testing::ScopedTrace scope( where.file_name(), static_cast<int>( where.line() ),
-                                      "profile:\n" + std::string( text ) );
+                           const SourceLine& where = SourceLine::current() ) {
+    const testing::ScopedTrace scope( where.file, where.line, "profile:\n" + std::string( text ) );
     for ( const ParseOptions& each : withBothTokenSources( options ) ) {
         const ParsedProfile parsed( text, each );
         EXPECT_EQ( parsed.outcome(), "valid" ) << parsed.description();
@@ -238,9 +245,8 @@ inline void expectErrorOf( const ParsedProfile& parsed, const std::string& descr
 /// Parses a text and expects it invalid, with exactly this error.
 inline void expectError( std::string_view text, const std::string& description, std::uint32_t line,
                          std::int32_t position, std::uint32_t kind, const ParseOptions& options = {},
-                         const std::source_location& where = std::source_location::current() ) {
-    const testing::ScopedTrace scope( where.file_name(), static_cast<int>( where.line() ),
-                                      "profile:\n" + std::string( text ) );
+                         const SourceLine& where = SourceLine::current() ) {
+    const testing::ScopedTrace scope( where.file, where.line, "profile:\n" + std::string( text ) );
     for ( const ParseOptions& each : withBothTokenSources( options ) )
         expectErrorOf( ParsedProfile( text, each ), description, line, position, kind );
 }

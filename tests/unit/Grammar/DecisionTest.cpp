@@ -10,10 +10,10 @@ namespace {
 
 using Corvid::TokenPath;
 
-std::string lineOf( std::initializer_list<TokenSample> samples ) {
-    std::string line;
+/// The samples behind a beginning, with blanks between.
+std::string lineOf( std::initializer_list<TokenSample> samples, std::string line = "" ) {
     for ( const TokenSample& sample : samples )
-        line.append( line.empty() ? "" : " " ).append( sample.text );
+        line.append( " " ).append( sample.text );
     return line;
 }
 
@@ -60,7 +60,7 @@ std::string statementChosen( std::uint32_t first, std::uint32_t second ) {
         return second == NEWLN ? "" : "17";
     if ( second == COLON && ( first == SUBAGENT || first == ALIAS || first == ROOTFLAGS ) )
         return first == SUBAGENT ? "18" : first == ALIAS ? "19" : "20";
-    const std::string line = groupLineChosen( first, second );
+    std::string line = groupLineChosen( first, second );
     if ( !endsAgentLevel( first, second ) || line.empty() )
         return first == MOUNTGROUP ? "27" : "11";
     return line;
@@ -88,7 +88,7 @@ TEST( Decisions, OnAMountFilterAtAgentLevelNeedAnIdentifierAndTheLineEnd ) {
         return isIdentifier( type ) || type == HYPHEN || type == INT;
     };
     forEveryPair( [&]( const TokenSample& first, const TokenSample& second ) {
-        const RuleRun run( statements, "mountFilter: " + lineOf( { first, second } ), TokenPath::fast,
+        const RuleRun run( statements, lineOf( { first, second }, "mountFilter:" ), TokenPath::fast,
                            RuleRun::Group::isNotOpen );
         if ( isIdPart( first.type ) && ( isIdPart( second.type ) || second.type == NEWLN ) ) {
             EXPECT_EQ( run.reports(), "" );
@@ -121,7 +121,7 @@ TEST( Decisions, OfADefaultGroupLineAreThoseOfANamedGroup ) {
     forEveryPair( [&]( const TokenSample& first, const TokenSample& second ) {
         if ( first.type == NEWLN ) // a blank line belongs to the mount line before it
             return;
-        const RuleRun run( statements, "/a, T, r\n" + lineOf( { first, second } ), TokenPath::fast,
+        const RuleRun run( statements, lineOf( { first, second }, "/a, T, r\n" ), TokenPath::fast,
                            RuleRun::Group::isNotOpen );
         const std::string line = groupLineChosen( first.type, second.type );
         const char* const afterTheLines = first.type == MOUNTFILTER  ? "12"
@@ -140,7 +140,7 @@ TEST( Decisions, OfIncludeFilesAreMadeByTheFirstTokenAlone ) {
     forEveryPair( [&]( const TokenSample& first, const TokenSample& second ) {
         const RuleRun run( includeFile, lineOf( { first, second } ), TokenPath::fast );
         EXPECT_EQ( failedPart( run ), isMountLineStarter( first.type ) ? "21" : "2" );
-        const RuleRun later( includeFile, "/a, T, r\n" + lineOf( { first, second } ), TokenPath::fast );
+        const RuleRun later( includeFile, lineOf( { first, second }, "/a, T, r\n" ), TokenPath::fast );
         if ( first.type != NEWLN ) { // a blank line belongs to the mount line before it
             EXPECT_EQ( failedPart( later ), isMountLineStarter( first.type ) ? "21" : "2" );
         }
@@ -150,7 +150,7 @@ TEST( Decisions, OfIncludeFilesAreMadeByTheFirstTokenAlone ) {
 TEST( Decisions, OfTheStartRuleTakeWhatAnIncludeFileMayBeginWith ) {
     const auto profile = []( Parser* parser ) { parser->profile( parser, true ); };
     forEveryPair( [&]( const TokenSample& first, const TokenSample& second ) {
-        const RuleRun run( profile, "\n" + lineOf( { first, second } ), TokenPath::fast );
+        const RuleRun run( profile, lineOf( { first, second }, "\n" ), TokenPath::fast );
         const auto begins = []( std::uint32_t one, std::uint32_t other ) {
             return one == AGENTNAME ? isPathContinuer( other ) : isMountLineStarter( one );
         };
@@ -206,7 +206,7 @@ TEST( Decisions, OnAttributeLinesOfAMountFilterLookAtTwoTokens ) {
 TEST( Decisions, OnAttributeLinesOfAMountFilterWithAKeyLookAtFourTokens ) {
     forEveryPair( []( const TokenSample& third, const TokenSample& fourth ) {
         for ( const char* attribute : { "abc", "alias" } )
-            expectAttributeLine( std::string( attribute ) + ", " + lineOf( { third, fourth } ),
+            expectAttributeLine( lineOf( { third, fourth }, std::string( attribute ) + "," ),
                                  isAttributeLine( COMMA, third.type, fourth.type ) );
     } );
 }
@@ -216,7 +216,7 @@ TEST( Decisions, OnAgentIdsLookAtThreeTokens ) {
     const auto isPart = []( std::uint32_t type ) { return isIdentifier( type ) || type == INT; };
     forEveryPair( [&]( const TokenSample& second, const TokenSample& third ) {
         for ( const char* head : { "abc", "Abc", "alias", "7" } ) {
-            const RuleRun run( agentId, head + ( " " + lineOf( { second, third } ) ), TokenPath::fast );
+            const RuleRun run( agentId, lineOf( { second, third }, head ), TokenPath::fast );
             if ( second.type == HYPHEN && third.type == HYPHEN )
                 EXPECT_EQ( run.reports(), "4" ); // a hyphen must not be the last
             else if ( isPart( second.type ) )

@@ -23,7 +23,7 @@ struct Row {
 };
 
 void expectErrors( std::initializer_list<Row> rows, const std::string& before = "",
-                   const std::source_location& where = std::source_location::current() ) {
+                   const SourceLine& where = SourceLine::current() ) {
     for ( const Row& row : rows )
         expectError( before + row.text, row.description, row.line, row.position, row.kind, {}, where );
 }

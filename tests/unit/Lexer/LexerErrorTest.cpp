@@ -11,7 +11,6 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr char noMessage[] = "";
 constexpr char libraryMessage[] = "Unexpected character";
 constexpr char openString[] = "EOL or EOF while scanning string literal";
 constexpr char textAfterContinuation[] = "unexpected character after line continuation character";
@@ -92,7 +91,7 @@ TEST( LexerErrors, OfAnOpenStringDropItWithItsLineEnd ) {
         { "\"abc\nd", "!1 LIDENT[d]", 1, openString, 4, 1, 3, std::string( openString ) + ", near '\\n'\n" },
         { "\"abc", "!1", 1, openString, 4, 1, 3, std::string( openString ) + ", near EOF \n" },
         { "\"", "!1", 1, openString, 1, 1, 0, std::string( openString ) + ", near EOF \n" },
-        { "\"a\\\"b\"", "STRING[\"a\\\\\"] LIDENT[b] !1", 1, openString, 6, 1, 5,
+        { R"("a\"b")", R"(STRING["a\\"] LIDENT[b] !1)", 1, openString, 6, 1, 5,
           std::string( openString ) + ", near EOF \n" },
         { "\"a\r\nb", "!1 LIDENT[b]", 1, openString, 3, 1, 2, std::string( openString ) + ", near '\\n'\n" },
         { "x\n\"a\n\"b", "LIDENT[x] NEWLN[\\n] !1 !1", 1, openString, 4, 2, 2,
