@@ -48,6 +48,6 @@ using TraceSink = std::function<void( const TraceHandle&, unsigned level, const 
 KIV_API void traceSinkIs( TraceSink sink );
 /// Switches levels as the environment variable KIV_TRACE does: "Name/0-8,Other/1", "Name" alone for all
 /// levels. Holds for facilities that exist and those to come; what cannot be read switches nothing on.
-KIV_API void traceLevelsAre( const std::string& specification );
+KIV_API void traceLevelsAre( const std::string& switches );
 
 } // namespace Kiv::Embedded

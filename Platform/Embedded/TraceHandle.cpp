@@ -18,7 +18,7 @@ namespace {
 struct TraceRegistry {
     std::mutex mutex;
     std::set<TraceHandle*> handles;
-    std::string specification;
+    std::string switches;
     Embedded::TraceSink sink;
 };
 
@@ -26,7 +26,7 @@ TraceRegistry& registry() {
     static TraceRegistry* const instance = [] {
         auto* made = new TraceRegistry; // outlives every facility with static storage duration
         if ( const char* environment = std::getenv( "KIV_TRACE" ) )
-            made->specification = environment;
+            made->switches = environment;
         return made;
     }();
     return *instance;
@@ -53,12 +53,12 @@ std::uint32_t levelBits( std::string_view range ) {
     return bits;
 }
 
-std::uint32_t levelsFor( std::string_view name, std::string_view specification ) {
+std::uint32_t levelsFor( std::string_view name, std::string_view switches ) {
     std::uint32_t levels = 0;
-    while ( !specification.empty() ) {
-        const auto comma = std::min( specification.find( ',' ), specification.size() );
-        const auto item = specification.substr( 0, comma );
-        specification.remove_prefix( std::min( comma + 1, specification.size() ) );
+    while ( !switches.empty() ) {
+        const auto comma = std::min( switches.find( ',' ), switches.size() );
+        const auto item = switches.substr( 0, comma );
+        switches.remove_prefix( std::min( comma + 1, switches.size() ) );
         const auto slash = item.find( '/' );
         if ( item.substr( 0, slash ) == name )
             levels |= slash == std::string_view::npos ? ~0U : levelBits( item.substr( slash + 1 ) );
@@ -72,7 +72,7 @@ TraceHandle::TraceHandle( const char* name ) : name_( name ) {
     auto& shared = registry();
     const std::lock_guard lock( shared.mutex );
     shared.handles.insert( this );
-    levelsAre( levelsFor( name, shared.specification ) );
+    levelsAre( levelsFor( name, shared.switches ) );
 }
 
 TraceHandle::~TraceHandle() {
@@ -100,12 +100,12 @@ void Embedded::traceSinkIs( TraceSink sink ) {
     shared.sink = std::move( sink );
 }
 
-void Embedded::traceLevelsAre( const std::string& specification ) {
+void Embedded::traceLevelsAre( const std::string& switches ) {
     auto& shared = registry();
     const std::lock_guard lock( shared.mutex );
-    shared.specification = specification;
+    shared.switches = switches;
     for ( TraceHandle* handle : shared.handles )
-        handle->levelsAre( levelsFor( handle->name(), specification ) );
+        handle->levelsAre( levelsFor( handle->name(), switches ) );
 }
 
 } // namespace Kiv
