@@ -31,8 +31,8 @@ class TempDir {
     [[nodiscard]] const std::string& path() const { return path_; }
 
     /// Writes a file, byte by byte as given. @return its path.
-    std::string file( const std::string& name,
-                      std::string_view text ) const { // NOLINT(modernize-use-nodiscard)
+    // NOLINTNEXTLINE(modernize-use-nodiscard)
+    std::string file( const std::string& name, std::string_view text ) const {
         std::string path = path_ + "/" + name;
         std::ofstream out( path, std::ios::binary );
         out.write( text.data(), static_cast<std::streamsize>( text.size() ) );

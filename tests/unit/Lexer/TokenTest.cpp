@@ -304,7 +304,7 @@ TEST( Strings, HaveNoEscapesAndMayHoldAnythingButQuotesAndNewlines ) {
 
 TEST( LineEnds, AreOneTokenACharacterAndNeverMerge ) {
     expectDumps( {
-        { "\n\n\n", "NEWLN[\\n] NEWLN[\\n] NEWLN[\\n]" },
+        { "\n\n\n", R"(NEWLN[\n] NEWLN[\n] NEWLN[\n])" },
         { "a\r\nb", "LIDENT[a] NEWLN[\\r] NEWLN[\\n] LIDENT[b]" },
         { "a\rb", "LIDENT[a] NEWLN[\\r] LIDENT[b]" },
         { "a\n\r", "LIDENT[a] NEWLN[\\n] NEWLN[\\r]" },
