@@ -26,8 +26,8 @@ class SharedTexts {
     [[nodiscard]] static std::size_t slotOf( std::string_view text ) noexcept {
         if ( text.empty() )
             return 0;
-        const auto at = [ & ]( std::size_t i ) { return static_cast<unsigned char>( text[ i ] ); };
-        return ( text.size() * 7 + at( 0 ) * 31U + at( text.size() / 2 ) * 17U + at( text.size() - 1 ) * 5U ) % slots;
+        const auto at = [ & ]( std::size_t i ) -> std::size_t { return static_cast<unsigned char>( text[ i ] ); };
+        return ( text.size() * 7 + at( 0 ) * 31 + at( text.size() / 2 ) * 17 + at( text.size() - 1 ) * 5 ) % slots;
     }
 
     std::array<Kiv::String8, slots> texts_;
