@@ -67,10 +67,9 @@ std::string plainProfile( const std::vector<MountLine>& mounts ) {
 std::string manyGroups( std::size_t count ) {
     std::string text = "agentName: Bench\n";
     for ( std::size_t i = 0; i < count; ++i ) {
-        const std::string number = std::to_string( i );
-        text += "mountGroup: group" + number + ", " + std::to_string( i % 99 + 1 ) +
-                "\ncondition: on == /power/unit" + number + ".state\nagent/status/" + number +
-                ", Kiv::Entity, rw\n";
+        text.append( numbered( "mountGroup: group", i ) ).append( numbered( ", ", i % 99 + 1 ) );
+        text.append( numbered( "\ncondition: on == /power/unit", i ) ).append( ".state\n" );
+        text.append( numbered( "agent/status/", i ) ).append( ", Kiv::Entity, rw\n" );
     }
     return text;
 }
@@ -78,19 +77,18 @@ std::string manyGroups( std::size_t count ) {
 std::string manyFilters( std::size_t count ) {
     std::string text = "agentName: Bench\n";
     for ( std::size_t i = 0; i < count; ++i )
-        text += numbered( "mountFilter: filter", i ) + "\nname\nstate, \"up\"\n";
-    for ( std::size_t i = 0; i < count; ++i ) {
-        const std::string number = std::to_string( i );
-        text += "agent/status/" + number + ", Kiv::Entity, rw, filter" + number + "\n";
-    }
+        text.append( numbered( "mountFilter: filter", i ) ).append( "\nname\nstate, \"up\"\n" );
+    for ( std::size_t i = 0; i < count; ++i )
+        text.append( numbered( "agent/status/", i ) ).append( numbered( ", Kiv::Entity, rw, filter", i ) ) +=
+            '\n';
     return text;
 }
 
 std::string manyAliases( std::size_t count ) {
     std::string text = "agentName: Bench-%slot\n";
     for ( std::size_t i = 0; i < count; ++i )
-        text +=
-            numbered( "alias: %key", i ) + " = " + ( i == 0 ? "%slot" : numbered( "%key", i - 1 ) ) + "\n";
+        text.append( numbered( "alias: %key", i ) )
+            .append( i == 0 ? " = %slot" : numbered( " = %key", i - 1 ) ) += '\n';
     return text;
 }
 

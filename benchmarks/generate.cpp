@@ -86,7 +86,8 @@ void write( const std::string& fileName, const std::string& text ) {
 
 void writeFormats( const Options& options, const std::string& base, const std::vector<MountLine>& mounts ) {
     for ( const std::string& format : options.formats )
-        write( options.directory + "/" + base + "." + format, inFormat( format, mounts ) );
+        write( std::string( options.directory ).append( "/" ).append( base ).append( "." ).append( format ),
+               inFormat( format, mounts ) );
 }
 
 /// A profile without mounts of its own, and its mounts in include files.
@@ -94,12 +95,12 @@ void writeIncluded( const Options& options, const std::string& base ) {
     constexpr std::size_t largestFile = 100'000;
     write( options.directory + "/" + base + ".profile", "agentName: Bench\ninclude: " + base + "-part*\n" );
     const std::vector<MountLine> mounts = plainMounts( options.count, Order::sorted, options.seed );
+    const std::string part = options.directory + "/" + base + "-part";
     for ( std::size_t first = 0; first < mounts.size(); first += largestFile ) {
         const std::size_t last = std::min( first + largestFile, mounts.size() );
         const std::string number = std::to_string( mounts.size() + first ); // names in the order of numbers
-        write( options.directory + "/" + base + "-part" + number,
-               mountLines( { mounts.begin() + static_cast<std::ptrdiff_t>( first ),
-                             mounts.begin() + static_cast<std::ptrdiff_t>( last ) } ) );
+        write( part + number, mountLines( { mounts.begin() + static_cast<std::ptrdiff_t>( first ),
+                                            mounts.begin() + static_cast<std::ptrdiff_t>( last ) } ) );
     }
 }
 

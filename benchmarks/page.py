@@ -39,7 +39,10 @@ def command():
 
 def block(tables):
     today = datetime.date.today().isoformat()
-    return f"Measured {today} with `{command()}` on {machine()}.\n\n" + "\n\n".join(tables)
+    load = os.getloadavg()[0]
+    # One measurement at a time, on two threads at most, makes no higher one.
+    busy = f" The machine was busy with other work: load average {load:.0f}." if load > 3 else ""
+    return f"Measured {today} with `{command()}` on {machine()}.{busy}\n\n" + "\n\n".join(tables)
 
 
 def replaced(page, suite, text):
