@@ -41,7 +41,7 @@ class EmbeddedTrace : public testing::Test {
 };
 
 struct SpecifiedLevels {
-    const char* specification;
+    const char* switches;
     std::uint32_t levels;
 };
 const SpecifiedLevels specifiedLevels[] = {
@@ -82,8 +82,8 @@ const SpecifiedLevels specifiedLevels[] = {
 TEST_F( EmbeddedTrace, SpecificationsSwitchTheLevelsTheyNameAndUnreadableOnesNone ) {
     const TraceHandle before( "Fan" );
     for ( const auto& row : specifiedLevels ) {
-        SCOPED_TRACE( row.specification );
-        Kiv::Embedded::traceLevelsAre( row.specification );
+        SCOPED_TRACE( row.switches );
+        Kiv::Embedded::traceLevelsAre( row.switches );
         const TraceHandle after( "Fan" );
         EXPECT_EQ( levelsOf( before ), row.levels );
         EXPECT_EQ( levelsOf( after ), row.levels );
