@@ -15,7 +15,8 @@ mountProfileParser_Ctx_struct* AntlrParserCtx::getParserCtx() const {
 
 void AntlrParserCtx::parserStarts( mountProfileParser_Ctx_struct* parser, const std::string& fileName,
                                    bool isInclude ) {
-    ( isInclude ? includeFileName : agentFileName ) = fileName; // first: no parser stays registered when it throws
+    ( isInclude ? includeFileName : agentFileName ) =
+        fileName; // first: no parser stays registered when it throws
     ( isInclude ? includeFileParserCtx : agentFileParserCtx ) = parser;
     parsingIncludeFile = isInclude;
 }

@@ -47,8 +47,9 @@ MountProfileHdlr& handlerOf( pANTLR3_BASE_RECOGNIZER lexerRecognizer ) {
     return *static_cast<mountProfileLexer_Ctx_struct*>( lexer->ctx )->hdlr;
 }
 
-/// The text of an input stream from the offending character on, and the line's text before it. The stream's own mark of
-/// the current line cannot be used: a character mismatch drops a character before it is described, maybe a newline.
+/// The text of an input stream from the offending character on, and the line's text before it. The stream's
+/// own mark of the current line cannot be used: a character mismatch drops a character before it is
+/// described, maybe a newline.
 struct SourceContext {
     std::string_view lineBefore;
     std::string_view rest;
@@ -56,7 +57,8 @@ struct SourceContext {
 
 SourceContext sourceContext( const ANTLR3_INPUT_STREAM& input, const ANTLR3_EXCEPTION& exception ) {
     const std::string_view text( static_cast<const char*>( input.data ), input.sizeBuf );
-    const auto offset = static_cast<std::size_t>( reinterpret_cast<const char*>( exception.index ) - text.data() );
+    const auto offset =
+        static_cast<std::size_t>( reinterpret_cast<const char*>( exception.index ) - text.data() );
     const std::string_view before = text.substr( 0, offset );
     return { before.substr( before.rfind( '\n' ) + 1 ), text.substr( offset ) };
 }
@@ -112,7 +114,7 @@ std::string kindMessage( const ANTLR3_EXCEPTION& exception, pANTLR3_UINT8* token
     if ( exception.expecting == ANTLR3_TOKEN_EOF )
         message += endOfInputName;
     else
-        message += reinterpret_cast<const char*>( tokenNames[ exception.expecting ] );
+        message += reinterpret_cast<const char*>( tokenNames[exception.expecting] );
     return message;
 }
 
@@ -159,7 +161,8 @@ void reportParserError( mountProfileParser_Ctx_struct* ctx, ANTLR3_INT32 ruleNum
         ctx->setErrorDesc( ctx, state->tokenNames, ruleNumber );
 }
 
-void setParserErrorDesc( mountProfileParser_Ctx_struct* ctx, pANTLR3_UINT8* tokenNames, ANTLR3_INT32 ruleNumber ) {
+void setParserErrorDesc( mountProfileParser_Ctx_struct* ctx, pANTLR3_UINT8* tokenNames,
+                         ANTLR3_INT32 ruleNumber ) {
     const ANTLR3_EXCEPTION& exception = *ctx->pParser->rec->state->exception;
     RecognitionError& error = ErrorDescription::describe( *ctx->hdlr, "parser", exception );
     std::string description = sectionPrefix( ctx->section, ctx->hdlr->currMgName() );
@@ -171,7 +174,8 @@ void setParserErrorDesc( mountProfileParser_Ctx_struct* ctx, pANTLR3_UINT8* toke
         error.descriptionIs( description + parserCtx.hdlrExceptionMsg );
         return;
     }
-    std::string message = kindMessage( exception, tokenNames ).append( ruleHint( ruleNumber, exception.type ) );
+    std::string message =
+        kindMessage( exception, tokenNames ).append( ruleHint( ruleNumber, exception.type ) );
     if ( message.empty() )
         message = syntaxError;
     error.descriptionIs( description + message );

@@ -37,7 +37,8 @@ constexpr std::array<RuleHint, 26> ruleHintTable{ {
     { 20, earlyExit, expectingEndOfLine },
     { 21, earlyExit, expectingEndOfLine },
     { 22, earlyExit,
-      "Expecting end of include here.Failed to associate subsequent characters with include pattern." }, // sic
+      // sic
+      "Expecting end of include here.Failed to associate subsequent characters with include pattern." },
     { 23, earlyExit, "Expecting combination of: [number, identifier, '-', '.', '*'] " },
     { 25, earlyExit, "Expecting combination of: [number, identifier, '-', template key, '::'] " },
     { 27, earlyExit, "Expecting end of line" }, // sic: the others end in a full stop
@@ -45,7 +46,8 @@ constexpr std::array<RuleHint, 26> ruleHintTable{ {
     { 30, earlyExit, expectingEndOfLine },
     { 33, noViableAlternative, "Invalid lvalue of a condition." },
     { 35, mismatchedSet, "Expecting a number. It can be integer, float or hex" },
-    { 37, noViableAlternative, "Condition path should start with one of these:['/', 'len', template key (%xx)]" },
+    { 37, noViableAlternative,
+      "Condition path should start with one of these:['/', 'len', template key (%xx)]" },
 } };
 
 } // namespace
@@ -60,7 +62,7 @@ std::span<const RuleHint> ruleHints() {
 
 std::string_view ruleHint( std::int32_t rule, std::uint32_t kind ) {
     const auto* found = std::ranges::find_if(
-        ruleHintTable, [ = ]( const RuleHint& hint ) { return hint.rule == rule && hint.kind == kind; } );
+        ruleHintTable, [=]( const RuleHint& hint ) { return hint.rule == rule && hint.kind == kind; } );
     return found == ruleHintTable.end() ? std::string_view() : found->text;
 }
 

@@ -4,8 +4,8 @@
 #include <span>
 #include <string_view>
 
-/// The texts of error descriptions, as data. They are output that users' scripts compare: misspellings, missing and
-/// odd blanks are kept.
+/// The texts of error descriptions, as data. They are output that users' scripts compare: misspellings,
+/// missing and odd blanks are kept.
 namespace Corvid::ErrorWording {
 
 /// Kinds of errors, by the parser library's numbers.

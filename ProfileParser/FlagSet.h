@@ -15,11 +15,11 @@ inline constexpr std::string_view validFlagChars = "rwicfCDSBNO";
     static constexpr auto isFlag = [] {
         std::array<bool, 256> table{};
         for ( const char flag : validFlagChars )
-            table[ static_cast<unsigned char>( flag ) ] = true;
+            table[static_cast<unsigned char>( flag )] = true;
         return table;
     }();
     for ( std::size_t i = 0; i < flags.size(); ++i )
-        if ( !isFlag[ static_cast<unsigned char>( flags[ i ] ) ] )
+        if ( !isFlag[static_cast<unsigned char>( flags[i] )] )
             return i;
     return std::string_view::npos;
 }

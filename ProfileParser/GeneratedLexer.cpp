@@ -12,10 +12,9 @@ constexpr std::string_view appendedLineEnd = " \n";
 
 Owner<ANTLR3_INPUT_STREAM> newStream( std::string_view text, const char* name ) {
     // The library takes no const text, but only reads it; it copies the name.
-    return owned(
-        antlr3StringStreamNew( reinterpret_cast<pANTLR3_UINT8>( const_cast<char*>( text.data() ) ), ANTLR3_ENC_8BIT,
-                               static_cast<ANTLR3_UINT32>( text.size() ),
-                               reinterpret_cast<pANTLR3_UINT8>( const_cast<char*>( name ) ) ) );
+    return owned( antlr3StringStreamNew( reinterpret_cast<pANTLR3_UINT8>( const_cast<char*>( text.data() ) ),
+                                         ANTLR3_ENC_8BIT, static_cast<ANTLR3_UINT32>( text.size() ),
+                                         reinterpret_cast<pANTLR3_UINT8>( const_cast<char*>( name ) ) ) );
 }
 
 } // namespace

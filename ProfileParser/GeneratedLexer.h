@@ -16,8 +16,8 @@ class MountProfileHdlr;
 
 /// The generated lexer over one file, wired to a handler, which receives its errors.
 ///
-/// The lexer reads the file and then a blank and a newline, which stand in a stream of their own below the file's: so
-/// the last line of every file ends in a newline token, and no token spans the end of the file.
+/// The lexer reads the file and then a blank and a newline, which stand in a stream of their own below the
+/// file's: so the last line of every file ends in a newline token, and no token spans the end of the file.
 class GeneratedLexer {
   public:
     /// @param hdlr outlives the lexer. @param text not copied; outlives the lexer.

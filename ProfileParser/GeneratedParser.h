@@ -1,7 +1,8 @@
 #pragma once
 
-// The generated lexer's and parser's headers, for the few files of ours that talk to them. Include it last: they define
-// a macro for every token name. Those of the fragment rules, single letters that no token ever has, are taken back.
+// The generated lexer's and parser's headers, for the few files of ours that talk to them. Include it last:
+// they define a macro for every token name. Those of the fragment rules, single letters that no token ever
+// has, are taken back.
 #include "ProfileParser/GrammarSupport.h"
 
 #include "mountProfileLexer.h"

@@ -44,7 +44,8 @@ void setRuleText( std::string& text, mountProfileParser_Ctx_struct* ctx, pANTLR3
         text += tokenText( tokens->get( tokens, static_cast<ANTLR3_UINT32>( index ) ) );
 }
 
-std::string ruleText( mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop ) {
+std::string ruleText( mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start,
+                      pANTLR3_COMMON_TOKEN stop ) {
     std::string text;
     setRuleText( text, ctx, start, stop );
     return text;
@@ -56,12 +57,14 @@ void appendUnquoted( pANTLR3_COMMON_TOKEN string, std::string& text ) {
 }
 
 ANTLR3_UINT32 decimalNumber( pANTLR3_COMMON_TOKEN number ) {
-    return static_cast<ANTLR3_UINT32>( std::strtol( std::string( tokenText( number ) ).c_str(), nullptr, 10 ) );
+    return static_cast<ANTLR3_UINT32>(
+        std::strtol( std::string( tokenText( number ) ).c_str(), nullptr, 10 ) );
 }
 
 void raiseHandlerException( mountProfileParser_Ctx_struct* ctx ) {
     const pANTLR3_BASE_RECOGNIZER recognizer = ctx->pParser->rec;
-    recognizer->exConstruct( recognizer ); // of the mismatched-token kind: a parser's recogniser makes no other
+    recognizer->exConstruct(
+        recognizer ); // of the mismatched-token kind: a parser's recogniser makes no other
 }
 
 void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* message ) {

@@ -1,7 +1,7 @@
 #pragma once
 
-// What the actions of the grammar call beside the handler. The C++ headers come first: the parser library's and the
-// generated headers define macros with short names.
+// What the actions of the grammar call beside the handler. The C++ headers come first: the parser library's
+// and the generated headers define macros with short names.
 #include "ProfileParser/MountProfileHdlr.h"
 
 #include <cstdint>
@@ -23,8 +23,8 @@ enum Section : ANTLR3_INT32 { topLevel = -1, inAgentTitle = 0, inIncludeFile = 1
 /// The characters of a token as they stand in the file, NULs included. Valid as long as the file's text.
 [[nodiscard]] std::string_view tokenText( pANTLR3_COMMON_TOKEN token );
 
-/// Sets text to the texts of the tokens from start to stop, joined with nothing between them. White space, comments and
-/// characters that no token begins with never became tokens, so they are not part of it.
+/// Sets text to the texts of the tokens from start to stop, joined with nothing between them. White space,
+/// comments and characters that no token begins with never became tokens, so they are not part of it.
 void setRuleText( std::string& text, mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start,
                   pANTLR3_COMMON_TOKEN stop );
 /// The same as a text of its own.
@@ -54,16 +54,17 @@ void appendUnquoted( pANTLR3_COMMON_TOKEN string, std::string& text );
 /// @param message a literal: it must outlive the parser.
 void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* message );
 
-/// Raises an error that the handler has found, at the current token. Whoever describes it takes the message from the
-/// handler.
+/// Raises an error that the handler has found, at the current token. Whoever describes it takes the message
+/// from the handler.
 void raiseHandlerException( mountProfileParser_Ctx_struct* ctx );
 
-/// Frees all exceptions of a recogniser but the newest, the only one that is ever looked at. The library keeps them all
-/// until the recogniser goes: more than 100 bytes for every byte of a file that is none of this language.
+/// Frees all exceptions of a recogniser but the newest, the only one that is ever looked at. The library
+/// keeps them all until the recogniser goes: more than 100 bytes for every byte of a file that is none of
+/// this language.
 void freeOlderExceptions( pANTLR3_BASE_RECOGNIZER recognizer );
 
-/// Reports all lexer errors that are left in the parser's file: they come before the errors of parser and handler. To
-/// be called before the file's validity is looked at while it is parsed.
+/// Reports all lexer errors that are left in the parser's file: they come before the errors of parser and
+/// handler. To be called before the file's validity is looked at while it is parsed.
 void finishLexing( mountProfileParser_Ctx_struct* ctx );
 
 } // namespace Corvid

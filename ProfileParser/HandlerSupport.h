@@ -5,7 +5,8 @@
 
 namespace Corvid {
 
-/// The one trace facility of the handler. Level 0: outcome of a run; 1: errors; 8: entry of the larger operations.
+/// The one trace facility of the handler. Level 0: outcome of a run; 1: errors; 8: entry of the larger
+/// operations.
 Kiv::TraceHandle& handlerTrace();
 
 } // namespace Corvid

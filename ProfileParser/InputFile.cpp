@@ -64,7 +64,7 @@ std::optional<InputFile> readInputFile( const std::string& fileName, std::size_t
     struct stat after {};
     if ( ::fstat( file.number(), &after ) != 0 || !sameContent( before, after ) )
         return std::nullopt;
-    content.data[ size ] = '\0';
+    content.data[size] = '\0';
     return content;
 }
 

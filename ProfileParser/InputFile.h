@@ -14,7 +14,8 @@ struct InputFile {
 };
 
 /// Reads a regular file. Directories, FIFOs, sockets and devices are not read and never waited for.
-/// @return nothing when it cannot be opened or read, is no regular file, is larger than maxSize bytes, or changes
+/// @return nothing when it cannot be opened or read, is no regular file, is larger than maxSize bytes, or
+/// changes
 ///     while it is read.
 [[nodiscard]] std::optional<InputFile> readInputFile( const std::string& fileName, std::size_t maxSize );
 

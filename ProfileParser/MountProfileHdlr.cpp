@@ -87,16 +87,19 @@ void MountProfileHdlr::parseFile( const std::string& fileName, bool isInclude ) 
         throw std::runtime_error( std::string( parseFileSignature ) +
                                   ": Antlr failed to create file stream for " + fileName );
     try {
-        ParseSession session( *this, fileName, std::move( *file ), plainTokens_ ? TokenPath::plain : TokenPath::fast );
+        ParseSession session( *this, fileName, std::move( *file ),
+                              plainTokens_ ? TokenPath::plain : TokenPath::fast );
         const RunningParser running( parserCtx_, session, fileName, isInclude );
         session.parse( isInclude );
     } catch ( const std::runtime_error& ) {
-        throw std::runtime_error( std::string( parseFileSignature ) + ": runtime error while parsing " + fileName );
+        throw std::runtime_error( std::string( parseFileSignature ) + ": runtime error while parsing " +
+                                  fileName );
     }
 }
 
 void MountProfileHdlr::finishLexing() {
-    auto* parser = parserCtx_.parsingIncludeFile ? parserCtx_.includeFileParserCtx : parserCtx_.agentFileParserCtx;
+    auto* parser =
+        parserCtx_.parsingIncludeFile ? parserCtx_.includeFileParserCtx : parserCtx_.agentFileParserCtx;
     if ( parser )
         Corvid::finishLexing( parser );
 }

@@ -20,12 +20,12 @@ namespace Corvid {
 
 /// Turns one agent's mount-profile file into that agent's record in the directory of profiles.
 ///
-/// A handler serves one agent file and one `run()`, on one thread; different handlers with different directories
-/// may run at the same time. What is wrong in a file is not thrown: the first error is recorded in `errorDesc()`
-/// and in the profile, and printed on standard error.
+/// A handler serves one agent file and one `run()`, on one thread; different handlers with different
+/// directories may run at the same time. What is wrong in a file is not thrown: the first error is recorded
+/// in `errorDesc()` and in the profile, and printed on standard error.
 ///
-/// The operations below `run()` are called by the grammar while a file is parsed, in the order in which a profile
-/// is read. A check that fails reports through `constructHdlrException` and returns; it never throws.
+/// The operations below `run()` are called by the grammar while a file is parsed, in the order in which a
+/// profile is read. A check that fails reports through `constructHdlrException` and returns; it never throws.
 class CORVID_API MountProfileHdlr {
   public:
     static constexpr std::size_t defaultMaxFileSize = std::size_t{ 16 } << 20;
@@ -42,18 +42,20 @@ class CORVID_API MountProfileHdlr {
     MountProfileHdlr& operator=( const MountProfileHdlr& ) = delete;
     ~MountProfileHdlr();
 
-    /// The whole job: parses the agent file and all that it includes, adds the default profiles, and marks the
-    /// profile invalid when there was an error. A file without an agent title line leaves `root` unchanged.
-    /// @throws std::runtime_error when a file cannot be opened; the profile then stays as it was at that point.
+    /// The whole job: parses the agent file and all that it includes, adds the default profiles, and marks
+    /// the profile invalid when there was an error. A file without an agent title line leaves `root`
+    /// unchanged.
+    /// @throws std::runtime_error when a file cannot be opened; the profile then stays as it was at that
+    /// point.
     void run();
 
-    /// The largest file that is opened, in bytes; `defaultMaxFileSize` unless set. More than `highestMaxFileSize`
-    /// counts as that.
+    /// The largest file that is opened, in bytes; `defaultMaxFileSize` unless set. More than
+    /// `highestMaxFileSize` counts as that.
     void maxFileSizeIs( std::size_t bytes ) noexcept { maxFileSize_ = std::min( bytes, highestMaxFileSize ); }
     [[nodiscard]] std::size_t maxFileSize() const noexcept { return maxFileSize_; }
 
-    /// Has the files read by the generated lexer and the parser library's token stream alone: the same results, many
-    /// times slower. For comparisons.
+    /// Has the files read by the generated lexer and the parser library's token stream alone: the same
+    /// results, many times slower. For comparisons.
     void plainTokensIs( bool plain ) noexcept { plainTokens_ = plain; }
 
     /// False once an error has been recorded.
@@ -77,10 +79,13 @@ class CORVID_API MountProfileHdlr {
     [[nodiscard]] const std::string& currMgName() const noexcept { return currMgName_; }
 
     /// Parses one file. Syntax errors do not throw.
-    /// @throws std::runtime_error when the file cannot be opened (it is not a regular file, cannot be read, is
-    ///     larger than `maxFileSize()`, or changes while it is read), or when that happens to a file it includes.
+    /// @throws std::runtime_error when the file cannot be opened (it is not a regular file, cannot be read,
+    /// is
+    ///     larger than `maxFileSize()`, or changes while it is read), or when that happens to a file it
+    ///     includes.
     void parseFile( const std::string& fileName, bool isInclude );
-    /// Reports a semantic error: the running parser stops as at a syntax error and describes it with this message.
+    /// Reports a semantic error: the running parser stops as at a syntax error and describes it with this
+    /// message.
     void constructHdlrException( const std::string& msg );
     /// Prints `errorDesc` as one line on standard error.
     void displayError();
@@ -118,8 +123,9 @@ class CORVID_API MountProfileHdlr {
     void setEntireCondition( const std::string& text );
 
     // Mounts.
-    /// Adds a mount to the group now open. One leading and one trailing "/" of the path are dropped. A path that the
-    /// group already holds with the same type gets the flags of both; the filter is the one of this line.
+    /// Adds a mount to the group now open. One leading and one trailing "/" of the path are dropped. A path
+    /// that the group already holds with the same type gets the flags of both; the filter is the one of this
+    /// line.
     /// @param mountFilter name of a declared filter, or empty.
     void addMount( const std::string& path, const std::string& type, const std::string& flags,
                    const std::string& mountFilter );
@@ -135,7 +141,8 @@ class CORVID_API MountProfileHdlr {
   private:
     friend class ErrorDescription; // describes errors out of and into the members below
 
-    /// Makes sure that all lexer errors of the file being parsed are known: they come before those of parser and handler.
+    /// Makes sure that all lexer errors of the file being parsed are known: they come before those of parser
+    /// and handler.
     void finishLexing();
     void invalidateAgentProfile();
     void addAgentMounts( const std::string& agent );
@@ -161,8 +168,8 @@ class CORVID_API MountProfileHdlr {
     SharedTexts sharedTexts_;
 };
 
-/// The id of the active cell: the environment variable ACTIVE_CELLID as a decimal number (0 for text that is none),
-/// else the other cell of the pair.
+/// The id of the active cell: the environment variable ACTIVE_CELLID as a decimal number (0 for text that is
+/// none), else the other cell of the pair.
 [[nodiscard]] CORVID_API std::uint32_t activeCellId();
 
 } // namespace Corvid

@@ -79,7 +79,8 @@ void MountProfileHdlr::addPeerReady( const std::string& agent, bool peerRedundan
         return;
 
     addMountGroup( "peerReady", 2 );
-    const std::string agentStatus = "/%sysname/Corvid/" + Kiv::format( "cell/%d/", cell ).str() + "agent/status";
+    const std::string agentStatus =
+        "/%sysname/Corvid/" + Kiv::format( "cell/%d/", cell ).str() + "agent/status";
     const std::string exists = agent + " in " + agentStatus + ".entryState";
     const std::string isReady = "true == " + agentStatus + "/" + agent + ".ready";
     const std::string whole = exists + " and " + isReady;

@@ -4,7 +4,7 @@
 namespace Corvid {
 
 void MountProfileHdlr::registerMountFilterDecl( const std::string& name ) {
-    const auto [ declared, isNew ] = mountFilterMap_.try_emplace( name );
+    const auto [declared, isNew] = mountFilterMap_.try_emplace( name );
     if ( !isNew ) {
         constructHdlrException( "Mount filter '" + name + "' is already declared" );
         return;
@@ -17,7 +17,7 @@ void MountProfileHdlr::addAttrFilter( const std::string& attrName, const std::st
     HDLR_ASSERT( mountFilterMap_.count( currMountFilterName_ ) != 0,
                  R"(mountFilterMap.count( currMountFilterName ) != 0 && )"
                  R"("Trying to add attr filter to undeclared mount filter")" );
-    mountFilterMap_[ currMountFilterName_ ].newAttrFilter( AttrFilter( attrName, filterKey ) );
+    mountFilterMap_[currMountFilterName_].newAttrFilter( AttrFilter( attrName, filterKey ) );
 }
 
 } // namespace Corvid

@@ -30,7 +30,7 @@ void MountProfileHdlr::agentProfileIs( const std::string& name ) {
 void MountProfileHdlr::addTemplateKeys( const std::vector<std::string>& keys ) {
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not created yet.")" );
     for ( std::size_t i = 0; i < keys.size(); ++i )
-        agentProfile_->templateKeyIs( static_cast<unsigned>( i ), Kiv::String8( keys[ i ] ) );
+        agentProfile_->templateKeyIs( static_cast<unsigned>( i ), Kiv::String8( keys[i] ) );
 }
 
 void MountProfileHdlr::registerTemplateKeyDecl( const std::string& key ) {
@@ -80,7 +80,7 @@ bool MountProfileHdlr::validateFlags( const std::string& flags ) {
     const std::size_t illegal = firstIllegalFlag( flags );
     if ( illegal == std::string::npos )
         return true;
-    constructHdlrException( std::string( "illegal flag '" ) + flags[ illegal ] + "'" );
+    constructHdlrException( std::string( "illegal flag '" ) + flags[illegal] + "'" );
     return false;
 }
 
@@ -113,8 +113,8 @@ bool MountProfileHdlr::validateMgConditionNotSet() {
     HDLR_ASSERT( currMg_, R"(currMg && "currMg is NULL.")" );
     if ( currMg_->entireCondition().empty() )
         return true;
-    constructHdlrException( "Condition for this mount group is already set to: " + currMg_->entireCondition().str() +
-                            ". Multiple conditions not allowed." );
+    constructHdlrException( "Condition for this mount group is already set to: " +
+                            currMg_->entireCondition().str() + ". Multiple conditions not allowed." );
     return false;
 }
 

@@ -39,7 +39,8 @@ void MountProfileHdlr::addMount( const std::string& path, const std::string& typ
     if ( !mountFilter.empty() ) {
         const auto declared = mountFilterMap_.find( mountFilter );
         if ( declared == mountFilterMap_.end() ) {
-            constructHdlrException( "No mount filter with name '" + mountFilter + "' defined before this line." );
+            constructHdlrException( "No mount filter with name '" + mountFilter +
+                                    "' defined before this line." );
             return;
         }
         mount.mountFilterIs( declared->second );

@@ -14,7 +14,8 @@ constexpr ANTLR3_UINT32 tokenSizeHint = 1025; // the library's own default
 
 } // namespace
 
-ParseSession::ParseSession( MountProfileHdlr& hdlr, const std::string& fileName, InputFile file, TokenPath tokenPath )
+ParseSession::ParseSession( MountProfileHdlr& hdlr, const std::string& fileName, InputFile file,
+                            TokenPath tokenPath )
     : file_( std::move( file ) ) {
     const std::string_view text( file_.data.get(), file_.size );
     if ( tokenPath == TokenPath::fast ) {

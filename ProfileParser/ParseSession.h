@@ -34,7 +34,8 @@ class ParseSession {
 
     [[nodiscard]] mountProfileParser_Ctx_struct* parser() const noexcept { return parser_.get(); }
 
-    /// Runs the start rule. Syntax errors are in the handler afterwards; what its operations throw passes through.
+    /// Runs the start rule. Syntax errors are in the handler afterwards; what its operations throw passes
+    /// through.
     void parse( bool isInclude );
 
   private:

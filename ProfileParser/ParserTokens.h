@@ -1,7 +1,7 @@
 #pragma once
 
-// How the generated parser gets at its tokens: inline from the window, or the library's way when it has none. For the
-// generated parser only, behind its own header.
+// How the generated parser gets at its tokens: inline from the window, or the library's way when it has none.
+// For the generated parser only, behind its own header.
 
 #include "ProfileParser/TokenWindow.h"
 
@@ -42,7 +42,8 @@ inline void* match( mountProfileParser_Ctx_struct* ctx, ANTLR3_UINT32 type, pANT
     return recognizer->match( recognizer, type, follow );
 }
 
-/// The stack of follow sets tells a missing token from a wrong one. Its elements are static data: nothing to free.
+/// The stack of follow sets tells a missing token from a wrong one. Its elements are static data: nothing to
+/// free.
 inline void pushFollow( mountProfileParser_Ctx_struct* ctx, pANTLR3_BITSET_LIST follow ) {
     const pANTLR3_STACK stack = ctx->state->following;
     ANTLR3_VECTOR& vector = *stack->vector;
@@ -50,7 +51,7 @@ inline void pushFollow( mountProfileParser_Ctx_struct* ctx, pANTLR3_BITSET_LIST 
         stack->push( stack, follow, nullptr );
         return;
     }
-    vector.elements[ vector.count ] = { follow, nullptr };
+    vector.elements[vector.count] = { follow, nullptr };
     ++vector.count;
 }
 

@@ -19,7 +19,7 @@ RecognitionError listTokens( const std::string& fileName,
     GeneratedLexer lexer( hdlr, fileName, { file->data.get(), file->size } );
     const auto* names = reinterpret_cast<const char* const*>( mountProfileParserTokenNames );
     for ( auto* token = lexer.nextToken(); token->type != ANTLR3_TOKEN_EOF; token = lexer.nextToken() ) {
-        receive( { token->type, names[ token->type ], token->line, token->charPosition, tokenText( token ) } );
+        receive( { token->type, names[token->type], token->line, token->charPosition, tokenText( token ) } );
         lexer.forgetTokens();
     }
     return hdlr.errorDesc();

@@ -36,32 +36,32 @@ struct CharacterTable {
 
     constexpr CharacterTable() {
         for ( const char c : { ' ', '\t' } )
-            classOf[ index( c ) ] = blank;
+            classOf[index( c )] = blank;
         for ( const char c : { '\n', '\r' } )
-            classOf[ index( c ) ] = lineEnd;
+            classOf[index( c )] = lineEnd;
         for ( const char c : { ':', '=' } )
-            classOf[ index( c ) ] = pair;
+            classOf[index( c )] = pair;
         for ( const char c : { '!', '<', '>' } )
-            classOf[ index( c ) ] = relation;
-        classOf[ index( '#' ) ] = comment;
-        classOf[ index( '\\' ) ] = continuation;
-        classOf[ index( '"' ) ] = quote;
+            classOf[index( c )] = relation;
+        classOf[index( '#' )] = comment;
+        classOf[index( '\\' )] = continuation;
+        classOf[index( '"' )] = quote;
         for ( std::size_t i = 0; i < singleCharacters.size(); ++i ) {
-            classOf[ index( singleCharacters[ i ] ) ] = single;
-            singleType[ index( singleCharacters[ i ] ) ] = singleCharacterTypes[ i ];
+            classOf[index( singleCharacters[i] )] = single;
+            singleType[index( singleCharacters[i] )] = singleCharacterTypes[i];
         }
         for ( int i = 0; i < 26; ++i )
             for ( const int c : { 'a' + i, 'A' + i } ) {
-                classOf[ c ] = letter;
-                continuesIdentifier[ c ] = true;
-                isHexDigit[ c ] = i < 6;
+                classOf[c] = letter;
+                continuesIdentifier[c] = true;
+                isHexDigit[c] = i < 6;
             }
         for ( int c = '0'; c <= '9'; ++c ) {
-            classOf[ c ] = digit;
-            continuesIdentifier[ c ] = true;
-            isHexDigit[ c ] = true;
+            classOf[c] = digit;
+            continuesIdentifier[c] = true;
+            isHexDigit[c] = true;
         }
-        continuesIdentifier[ index( '_' ) ] = true;
+        continuesIdentifier[index( '_' )] = true;
     }
 
     static constexpr std::size_t index( char c ) { return static_cast<unsigned char>( c ); }
@@ -70,7 +70,7 @@ struct CharacterTable {
 constexpr CharacterTable table;
 
 Class classOf( char c ) noexcept {
-    return static_cast<Class>( table.classOf[ CharacterTable::index( c ) ] );
+    return static_cast<Class>( table.classOf[CharacterTable::index( c )] );
 }
 
 bool isDigit( char c ) noexcept {
@@ -112,11 +112,11 @@ struct WordRange {
 constexpr std::array<WordRange, 26> wordsByFirstLetter = [] {
     std::array<WordRange, 26> ranges{};
     for ( std::uint8_t i = 0; i < words.size(); ++i ) {
-        WordRange& range = ranges[ static_cast<std::size_t>( words[ i ].spelling.front() - 'a' ) ];
+        WordRange& range = ranges[static_cast<std::size_t>( words[i].spelling.front() - 'a' )];
         if ( range.last == 0 )
             range.first = i;
         range.last = i + 1;
-        range.lengths |= 1U << words[ i ].spelling.size();
+        range.lengths |= 1U << words[i].spelling.size();
     }
     return ranges;
 }();
@@ -131,18 +131,18 @@ bool spells( const Word& word, std::string_view text ) noexcept {
     if ( !word.anyCase )
         return text == word.spelling;
     for ( std::size_t i = 0; i < text.size(); ++i )
-        if ( lowerCase( text[ i ] ) != word.spelling[ i ] )
+        if ( lowerCase( text[i] ) != word.spelling[i] )
             return false;
     return true;
 }
 
 /// The type of an identifier-like text that begins with a letter.
 std::uint32_t wordType( std::string_view text ) noexcept {
-    const WordRange& range = wordsByFirstLetter[ static_cast<std::size_t>( lowerCase( text.front() ) - 'a' ) ];
+    const WordRange& range = wordsByFirstLetter[static_cast<std::size_t>( lowerCase( text.front() ) - 'a' )];
     if ( text.size() < 32 && ( range.lengths >> text.size() & 1U ) != 0 )
         for ( std::uint8_t i = range.first; i < range.last; ++i )
-            if ( spells( words[ i ], text ) )
-                return words[ i ].type;
+            if ( spells( words[i], text ) )
+                return words[i].type;
     return text.front() <= 'Z' ? UIDENT : LIDENT;
 }
 
@@ -180,17 +180,18 @@ inline TokenScanner::Result TokenScanner::scan( ANTLR3_COMMON_TOKEN& token ) noe
             break;
         case lineEnd:
             tokenIs( token, NEWLN, place_.next + 1 );
-            if ( place_.next[ -1 ] == '\n' )
+            if ( place_.next[-1] == '\n' )
                 beginLineAt( place_.next );
             return Result::token;
         case letter: {
             const char* end = place_.next + 1;
-            while ( table.continuesIdentifier[ CharacterTable::index( *end ) ] ) // the NUL behind the text does not
+            while (
+                table.continuesIdentifier[CharacterTable::index( *end )] ) // the NUL behind the text does not
                 ++end;
             return tokenIs( token, wordType( { place_.next, end } ), end );
         }
         case single:
-            return tokenIs( token, table.singleType[ CharacterTable::index( *place_.next ) ], place_.next + 1 );
+            return tokenIs( token, table.singleType[CharacterTable::index( *place_.next )], place_.next + 1 );
         case digit:
             return scanNumber( token );
         case quote:
@@ -209,9 +210,9 @@ inline TokenScanner::Result TokenScanner::scan( ANTLR3_COMMON_TOKEN& token ) noe
 TokenScanner::Result TokenScanner::scanLine( std::span<const pANTLR3_COMMON_TOKEN> slots,
                                              std::size_t& count ) noexcept {
     for ( count = 0; count < slots.size(); ++count ) {
-        if ( const Result result = scan( *slots[ count ] ); result != Result::token )
+        if ( const Result result = scan( *slots[count] ); result != Result::token )
             return result;
-        if ( slots[ count ]->type == NEWLN ) {
+        if ( slots[count]->type == NEWLN ) {
             ++count;
             break;
         }
@@ -219,7 +220,8 @@ TokenScanner::Result TokenScanner::scanLine( std::span<const pANTLR3_COMMON_TOKE
     return Result::token;
 }
 
-/// Skips a comment with its line end, or a backslash with the line end behind it; both may stand at the end of the text.
+/// Skips a comment with its line end, or a backslash with the line end behind it; both may stand at the end
+/// of the text.
 bool TokenScanner::skipped() noexcept {
     const char* end = *place_.next == '#' ? commentEnd() : place_.next + 1;
     if ( end != end_ ) {
@@ -253,7 +255,7 @@ TokenScanner::Result TokenScanner::scanNumber( ANTLR3_COMMON_TOKEN& token ) noex
     }
     if ( lowerCase( *end ) == 'x' && end == place_.next + 1 && *place_.next == '0' ) {
         const char* const hexEnd =
-            runEnd( end + 1, []( char c ) { return table.isHexDigit[ CharacterTable::index( c ) ]; } );
+            runEnd( end + 1, []( char c ) { return table.isHexDigit[CharacterTable::index( c )]; } );
         return hexEnd == end + 1 ? Result::notPlain : tokenIs( token, HEX, hexEnd );
     }
     return tokenIs( token, INT, end );
@@ -266,7 +268,7 @@ TokenScanner::Result TokenScanner::scanString( ANTLR3_COMMON_TOKEN& token ) noex
 
 TokenScanner::Result TokenScanner::scanPair( ANTLR3_COMMON_TOKEN& token ) noexcept {
     const char* const at = place_.next;
-    const bool doubled = at + 1 != end_ && at[ 1 ] == *at;
+    const bool doubled = at + 1 != end_ && at[1] == *at;
     if ( *at == ':' )
         return tokenIs( token, doubled ? DOUBLECOLON : COLON, at + 1 + doubled );
     return tokenIs( token, doubled ? OP : EQUAL, at + 1 + doubled );
@@ -274,7 +276,7 @@ TokenScanner::Result TokenScanner::scanPair( ANTLR3_COMMON_TOKEN& token ) noexce
 
 TokenScanner::Result TokenScanner::scanOperator( ANTLR3_COMMON_TOKEN& token ) noexcept {
     const char* const at = place_.next;
-    const bool withEqual = at + 1 != end_ && at[ 1 ] == '=';
+    const bool withEqual = at + 1 != end_ && at[1] == '=';
     if ( *at == '!' && !withEqual )
         return Result::notPlain;
     return tokenIs( token, OP, at + 1 + withEqual );

@@ -9,9 +9,9 @@
 
 namespace Corvid {
 
-/// Reads well-formed tokens of one file straight from its text, much faster than the generated lexer and with the same
-/// result. It knows no errors: whatever does not begin a well-formed token is left to the generated lexer, which has
-/// the last word on what a token is.
+/// Reads well-formed tokens of one file straight from its text, much faster than the generated lexer and with
+/// the same result. It knows no errors: whatever does not begin a well-formed token is left to the generated
+/// lexer, which has the last word on what a token is.
 class TokenScanner {
   public:
     /// A place in the text, in the terms of the parser library's input streams.
@@ -20,7 +20,8 @@ class TokenScanner {
         const char* lineStart; ///< the first character of its line
         std::uint32_t line;    ///< from 1
 
-        /// The library's streams start at position −1, so on a file's first line all positions are one too low.
+        /// The library's streams start at position −1, so on a file's first line all positions are one too
+        /// low.
         [[nodiscard]] std::int32_t charPositionInLine( const char* at ) const noexcept {
             return static_cast<std::int32_t>( at - lineStart ) - ( line == 1 ? 1 : 0 );
         }
@@ -32,9 +33,9 @@ class TokenScanner {
     explicit TokenScanner( std::string_view text ) noexcept
         : place_{ text.data(), text.data(), 1 }, end_( text.data() + text.size() ) {}
 
-    /// Reads tokens to the end of the line, but at most as many as there are slots; skips white space, comments and line
-    /// continuations. `notPlain` when that meets something that may be an error; `place()` is then where the generated
-    /// lexer has to go on.
+    /// Reads tokens to the end of the line, but at most as many as there are slots; skips white space,
+    /// comments and line continuations. `notPlain` when that meets something that may be an error; `place()`
+    /// is then where the generated lexer has to go on.
     /// @param slots receive type, line, position, start and stop. @param count receives how many were filled.
     Result scanLine( std::span<const pANTLR3_COMMON_TOKEN> slots, std::size_t& count ) noexcept;
 

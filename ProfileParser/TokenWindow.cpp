@@ -68,8 +68,8 @@ TokenWindow::~TokenWindow() = default;
 void TokenWindow::addBlock() {
     blocks_.push_back( std::make_unique<ANTLR3_COMMON_TOKEN[]>( blockSize ) );
     for ( std::size_t i = 0; i < blockSize; ++i ) {
-        makeToken( blocks_.back()[ i ], nowhere_ );
-        slots_.push_back( &blocks_.back()[ i ] );
+        makeToken( blocks_.back()[i], nowhere_ );
+        slots_.push_back( &blocks_.back()[i] );
     }
 }
 
@@ -81,12 +81,13 @@ void TokenWindow::fill( std::size_t slots ) {
         const std::size_t first = filled_;
         readLine();
         for ( std::size_t slot = first; slot < filled_; ++slot )
-            slots_[ slot ]->index = static_cast<ANTLR3_MARKER>( forgotten_ + slot );
+            slots_[slot]->index = static_cast<ANTLR3_MARKER>( forgotten_ + slot );
     }
 }
 
 void TokenWindow::forgetReadTokens() noexcept {
-    std::swap( slots_[ 0 ], slots_[ current_ - 1 ] ); // the line end stays: it can be asked for as the token before
+    std::swap( slots_[0],
+               slots_[current_ - 1] ); // the line end stays: it can be asked for as the token before
     forgotten_ += current_ - 1;
     current_ = 1;
     filled_ = 1;
@@ -101,20 +102,20 @@ void TokenWindow::readLine() {
         if ( count != 0 )
             return; // what stopped the scanner is met again
         if ( result == TokenScanner::Result::notPlain ) {
-            readWithLexer( *slots_[ filled_++ ] );
+            readWithLexer( *slots_[filled_++] );
             return;
         }
         phase_ = Phase::atAppendedLineEnd;
     }
-    ANTLR3_COMMON_TOKEN*& slot = slots_[ filled_++ ];
+    ANTLR3_COMMON_TOKEN*& slot = slots_[filled_++];
     if ( std::exchange( phase_, Phase::atEnd ) == Phase::atAppendedLineEnd )
         setToken( *slot, NEWLN, 1, 0, appendedLineEnd );
     else
         slot = &endOfInput_; // the last thing that this slot will hold
 }
 
-/// Has the generated lexer read one token from the scanner's place on. That may be the line end that is appended to
-/// the file. @return whether the file goes on.
+/// Has the generated lexer read one token from the scanner's place on. That may be the line end that is
+/// appended to the file. @return whether the file goes on.
 bool TokenWindow::readWithLexer( ANTLR3_COMMON_TOKEN& token ) {
     GeneratedLexer& generated = lexer();
     generated.placeIs( scanner_.place() );

@@ -3,7 +3,6 @@
 #include "ProfileParser/GeneratedLexer.h"
 #include "ProfileParser/GrammarSupport.h"
 #include "ProfileParser/TokenScanner.h"
-#include "ProfileParser/TokenScanner.h"
 
 #include <memory>
 #include <string>
@@ -14,15 +13,18 @@
 
 namespace Corvid {
 
-/// The parser's view of one file's tokens: those of the statement being read. Tokens are read when the parser asks for
-/// them, and their room is used again as soon as a line has been read, because nothing looks back across a line end.
+/// The parser's view of one file's tokens: those of the statement being read. Tokens are read when the parser
+/// asks for them, and their room is used again as soon as a line has been read, because nothing looks back
+/// across a line end.
 ///
-/// It stands in for the parser library's token stream, which reads all tokens before the first is parsed and keeps them
-/// to the end. One thing must not change by that: a lexer error anywhere in a file comes before all errors that the
-/// parser or the handler finds in it. So whoever is about to look at the file's validity calls `finishLexing` first.
+/// It stands in for the parser library's token stream, which reads all tokens before the first is parsed and
+/// keeps them to the end. One thing must not change by that: a lexer error anywhere in a file comes before
+/// all errors that the parser or the handler finds in it. So whoever is about to look at the file's validity
+/// calls `finishLexing` first.
 class TokenWindow {
   public:
-    /// @param hdlr receives the lexer's errors; outlives the window. @param text not copied; outlives the window.
+    /// @param hdlr receives the lexer's errors; outlives the window. @param text not copied; outlives the
+    /// window.
     TokenWindow( MountProfileHdlr& hdlr, std::string fileName, std::string_view text );
     ~TokenWindow();
     TokenWindow( const TokenWindow& ) = delete;
@@ -39,11 +41,11 @@ class TokenWindow {
     /// The k-th token from the current one on, which is the first; −1 is the token before it.
     [[nodiscard]] pANTLR3_COMMON_TOKEN token( int k ) {
         if ( k < 0 )
-            return current_ == 0 ? nullptr : slots_[ current_ - 1 ];
+            return current_ == 0 ? nullptr : slots_[current_ - 1];
         const std::size_t slot = current_ + static_cast<std::size_t>( k ) - 1;
         if ( slot >= filled_ ) [[unlikely]]
             fill( slot + 1 );
-        return slots_[ slot ];
+        return slots_[slot];
     }
     [[nodiscard]] ANTLR3_UINT32 type( int k ) { return token( k )->type; }
 
@@ -69,11 +71,15 @@ class TokenWindow {
     }
 
     // By number, as the parser library addresses tokens.
-    [[nodiscard]] ANTLR3_MARKER index() const noexcept { return static_cast<ANTLR3_MARKER>( forgotten_ + current_ ); }
-    void indexIs( ANTLR3_MARKER index ) noexcept { current_ = static_cast<std::size_t>( index ) - forgotten_; }
+    [[nodiscard]] ANTLR3_MARKER index() const noexcept {
+        return static_cast<ANTLR3_MARKER>( forgotten_ + current_ );
+    }
+    void indexIs( ANTLR3_MARKER index ) noexcept {
+        current_ = static_cast<std::size_t>( index ) - forgotten_;
+    }
     /// @param index of a token of the current statement.
     [[nodiscard]] pANTLR3_COMMON_TOKEN tokenAt( ANTLR3_MARKER index ) const noexcept {
-        return slots_[ static_cast<std::size_t>( index ) - forgotten_ ];
+        return slots_[static_cast<std::size_t>( index ) - forgotten_];
     }
 
   private:
@@ -96,14 +102,16 @@ class TokenWindow {
     bool lexingIsFinished_ = false;
     std::unique_ptr<GeneratedLexer> lexer_; ///< made when the scanner cannot go on
 
-    std::vector<std::unique_ptr<ANTLR3_COMMON_TOKEN[]>> blocks_; ///< what the slots point to: tokens must not move
+    /// What the slots point to: tokens must not move.
+    std::vector<std::unique_ptr<ANTLR3_COMMON_TOKEN[]>> blocks_;
     std::vector<pANTLR3_COMMON_TOKEN> slots_;
     std::size_t current_ = 0;   ///< slot of the current token
     std::size_t filled_ = 0;    ///< number of slots that hold tokens
     std::size_t forgotten_ = 0; ///< number of tokens before the first slot
 
     ANTLR3_COMMON_TOKEN endOfInput_{};
-    ANTLR3_INPUT_STREAM nowhere_{}; ///< tokens name an input stream; the library only asks it for its file name
+    /// Tokens name an input stream; the library only asks it for its file name.
+    ANTLR3_INPUT_STREAM nowhere_{};
     ANTLR3_TOKEN_SOURCE source_{};
     Owner<ANTLR3_COMMON_TOKEN_STREAM> stream_;
 };
