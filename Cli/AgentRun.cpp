@@ -31,27 +31,7 @@ std::string whyNotOpened( const std::string& fileName ) {
     return {};
 }
 
-Outcome outcomeOf( const MountProfileHdlr& handler ) {
-    if ( !handler.validProfileFile() )
-        return Outcome::invalid;
-    return handler.maybeIncludeFile() ? Outcome::notAgentFile : Outcome::valid;
-}
-
 } // namespace
-
-const char* nameOf( Outcome outcome ) {
-    switch ( outcome ) {
-    case Outcome::valid:
-        return "valid";
-    case Outcome::invalid:
-        return "invalid";
-    case Outcome::notAgentFile:
-        return "notAgentFile";
-    case Outcome::unreadable:
-        return "unreadable";
-    }
-    return "";
-}
 
 ExitStatus exitStatusFor( Outcome outcome ) {
     switch ( outcome ) {
@@ -68,17 +48,14 @@ ExitStatus exitStatusFor( Outcome outcome ) {
 
 AgentRun runAgentFile( const Stage& stage, const std::string& agentFile ) {
     const CapturedErrors::Collector errors;
-    AgentRun run;
-    run.agentFile = agentFile;
-    run.handler = std::make_unique<MountProfileHdlr>( agentFile, new PassiveAgentProfileDir,
-                                                      stage.entityManager, stage.addDefaults );
+    AgentRun run( agentFile, stage.entityManager, stage.addDefaults );
     try {
-        run.handler->run();
-        run.outcome = outcomeOf( *run.handler );
+        run.run();
     } catch ( const std::exception& exception ) {
         run.exception = exception.what();
-        run.reason = whyUnreadable( agentFile, run.exception );
     }
+    if ( run.outcome == Outcome::unreadable )
+        run.reason = whyUnreadable( agentFile, run.exception );
     run.printed = errors.text();
     return run;
 }

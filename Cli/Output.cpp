@@ -1,20 +1,13 @@
 #include "Cli/Output.h"
 
 #include <cerrno>
-#include <charconv>
 #include <cstdlib>
 #include <unistd.h>
 
 namespace Corvid::Cli {
 
-Output::Output( int descriptor ) : descriptor_( descriptor ) {
-    buffer_.reserve( capacity );
-}
-
-void Output::appendNumber( std::int64_t number ) {
-    char digits[20];
-    const auto end = std::to_chars( digits, digits + sizeof digits, number ).ptr;
-    append( std::string_view( digits, static_cast<std::size_t>( end - digits ) ) );
+Output::Output( int descriptor ) : TextSink( std::size_t{ 1 } << 16 ), descriptor_( descriptor ) {
+    buffer_.reserve( capacity_ );
 }
 
 void Output::flush() {
@@ -24,7 +17,7 @@ void Output::flush() {
 
 void Output::makeRoom( std::string_view text ) {
     flush();
-    if ( text.size() >= capacity )
+    if ( text.size() >= capacity_ )
         write( text );
     else
         buffer_.append( text );

@@ -1,29 +1,19 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
+#include "ProfileDocument/TextSink.h"
+
 #include <string_view>
 
 namespace Corvid::Cli {
 
 /// Buffered output to a file descriptor. Nothing is thrown: the first failure is kept, and everything after
 /// it is dropped; who claims to have written something asks `failure()` after `flush()`.
-class Output {
+class Output final : public TextSink {
   public:
     /// @param descriptor is not owned.
     explicit Output( int descriptor );
-    Output( const Output& ) = delete;
-    Output& operator=( const Output& ) = delete;
-    ~Output() { flush(); }
+    ~Output() override { flush(); }
 
-    void append( std::string_view text ) {
-        if ( text.size() >= capacity - buffer_.size() )
-            makeRoom( text );
-        else
-            buffer_.append( text );
-    }
-    void append( char c ) { append( std::string_view( &c, 1 ) ); }
-    void appendNumber( std::int64_t number );
     void flush();
 
     /// `errno` of the first write that failed, or 0.
@@ -31,14 +21,11 @@ class Output {
     [[nodiscard]] bool isTerminal() const noexcept;
 
   private:
-    static constexpr std::size_t capacity = 1 << 16;
-
-    void makeRoom( std::string_view text );
+    void makeRoom( std::string_view text ) override;
     void write( std::string_view text );
 
     int descriptor_;
     int failure_ = 0;
-    std::string buffer_;
 };
 
 /// Whether this output is a terminal that can move its cursor.

@@ -2,8 +2,8 @@
 
 #include "Cli/AgentRun.h"
 #include "Cli/Diagnostics.h"
-#include "Cli/JsonDocument.h"
 #include "Cli/TreeWriter.h"
+#include "ProfileDocument/JsonDocument.h"
 
 #include <CLI/CLI.hpp>
 

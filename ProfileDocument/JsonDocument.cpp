@@ -1,19 +1,19 @@
-#include "Cli/JsonDocument.h"
+#include "ProfileDocument/JsonDocument.h"
 
 #include <array>
 #include <map>
 #include <string_view>
 
-namespace Corvid::Cli {
+namespace Corvid {
 
 namespace {
 
 /// Writes straight through: a profile may hold a million mounts.
 class Writer {
   public:
-    explicit Writer( Output& out ) : out_( out ) {}
+    explicit Writer( TextSink& out ) : out_( out ) {}
 
-    void document( const AgentRun& run );
+    void document( const HandlerRun& run );
 
   private:
     void profile( const PassiveAgentProfile& profile );
@@ -57,7 +57,7 @@ class Writer {
         } );
     }
 
-    Output& out_;
+    TextSink& out_;
 };
 
 /// Which bytes cannot stand for themselves inside a JSON text.
@@ -177,7 +177,7 @@ void Writer::profile( const PassiveAgentProfile& profile ) {
     out_.append( '}' );
 }
 
-void Writer::document( const AgentRun& run ) {
+void Writer::document( const HandlerRun& run ) {
     key( "{", "agentFile" );
     text( run.agentFile );
     key( ",\n ", "outcome" );
@@ -201,8 +201,8 @@ void Writer::document( const AgentRun& run ) {
 
 } // namespace
 
-void writeJsonDocument( Output& out, const AgentRun& run ) {
+void writeJsonDocument( TextSink& out, const HandlerRun& run ) {
     Writer( out ).document( run );
 }
 
-} // namespace Corvid::Cli
+} // namespace Corvid

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Corvid/EntityManager.h"
+#include "Kiv/Ptr.h"
+#include "ProfileParser/MountProfileHdlr.h"
+
+#include <memory>
+#include <string>
+
+namespace Corvid {
+
+/// What became of an agent file.
+enum class Outcome {
+    valid,
+    invalid,      ///< there was an error; `errorDesc()` of the handler tells which
+    notAgentFile, ///< no error, but no agent title line either: maybe an include file
+    unreadable,   ///< the run was given up: a file could not be read
+};
+
+/// The name of an outcome in documents.
+[[nodiscard]] const char* nameOf( Outcome outcome );
+
+/// A handler with a directory of profiles of its own, and what its run left behind.
+struct HandlerRun {
+    std::string agentFile;
+    Outcome outcome = Outcome::unreadable;
+    std::unique_ptr<MountProfileHdlr> handler; ///< null only when the outcome is unreadable
+    std::string exception;                     ///< of an unreadable file: the text that the run threw
+
+    HandlerRun() = default;
+    HandlerRun( std::string agentFile, Kiv::Ptr<const EntityManager> entityManager, bool addDefaults );
+
+    /// Runs the handler, once. What the run throws is kept as `exception`.
+    /// @throws std::bad_alloc
+    void run();
+};
+
+} // namespace Corvid
