@@ -70,7 +70,7 @@ void CheckCommand::addOptions( CLI::App& app ) {
         ->required()
         ->type_name( "" );
     app.add_option( "--format", format_, "How to tell what was found: text (the default)" )
-        ->type_name( "FORMAT" )
+        ->type_name( "text" )
         ->check( CLI::IsMember( { "text" } ).description( "" ) );
     app.add_option( "--jobs", jobs_,
                     "How many files to check at a time; as many as there are processors if not given" )
