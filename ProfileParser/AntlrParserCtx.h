@@ -18,6 +18,10 @@ struct CORVID_API AntlrParserCtx {
     bool hdlrExceptionRaised = false; ///< cleared by the error description that uses the message
     bool parsingIncludeFile = false;
 
+    /// The parser of the file that is parsed right now; null when none is.
+    [[nodiscard]] mountProfileParser_Ctx_struct* running() const noexcept {
+        return parsingIncludeFile ? includeFileParserCtx : agentFileParserCtx;
+    }
     /// The parser of the file that is parsed right now. Asserts that there is one.
     [[nodiscard]] mountProfileParser_Ctx_struct* getParserCtx() const;
 

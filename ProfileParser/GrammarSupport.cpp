@@ -61,6 +61,24 @@ ANTLR3_UINT32 decimalNumber( pANTLR3_COMMON_TOKEN number ) {
         std::strtol( std::string( tokenText( number ) ).c_str(), nullptr, 10 ) );
 }
 
+std::uint32_t lastTokenLine( mountProfileParser_Ctx_struct* ctx ) {
+    const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
+    return tokens->_LT( tokens, -1 )->line;
+}
+
+std::uint32_t statementLine( mountProfileParser_Ctx_struct* ctx ) {
+    const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
+    pANTLR3_COMMON_TOKEN first = tokens->_LT( tokens, -1 );
+    // Tokens before the line end in front of the statement may be gone.
+    while ( first->index > 0 ) {
+        const auto before = tokens->get( tokens, static_cast<ANTLR3_UINT32>( first->index - 1 ) );
+        if ( before->type == NEWLN )
+            break;
+        first = before;
+    }
+    return first->line;
+}
+
 void raiseHandlerException( mountProfileParser_Ctx_struct* ctx ) {
     const pANTLR3_BASE_RECOGNIZER recognizer = ctx->pParser->rec;
     recognizer->exConstruct(

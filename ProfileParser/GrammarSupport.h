@@ -50,6 +50,11 @@ void appendUnquoted( pANTLR3_COMMON_TOKEN string, std::string& text );
 /// The number that an INT token spells, cut to 32 bits. (Numbers above a long's range count as its maximum.)
 [[nodiscard]] ANTLR3_UINT32 decimalNumber( pANTLR3_COMMON_TOKEN number );
 
+/// The line of the token that was matched last, from 1.
+[[nodiscard]] std::uint32_t lastTokenLine( mountProfileParser_Ctx_struct* ctx );
+/// The line on which the statement of that token begins, from 1. Takes a time that grows with the statement.
+[[nodiscard]] std::uint32_t statementLine( mountProfileParser_Ctx_struct* ctx );
+
 /// Raises a syntax error that the grammar finds by itself, at the current token.
 /// @param message a literal: it must outlive the parser.
 void raiseRecognitionError( mountProfileParser_Ctx_struct* ctx, const char* message );

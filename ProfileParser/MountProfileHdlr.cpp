@@ -86,6 +86,8 @@ void MountProfileHdlr::parseFile( const std::string& fileName, bool isInclude ) 
     if ( !file )
         throw std::runtime_error( std::string( parseFileSignature ) +
                                   ": Antlr failed to create file stream for " + fileName );
+    if ( observer_ )
+        observer_->fileRead( fileName, isInclude );
     try {
         ParseSession session( *this, fileName, std::move( *file ),
                               plainTokens_ ? TokenPath::plain : TokenPath::fast );
@@ -98,9 +100,7 @@ void MountProfileHdlr::parseFile( const std::string& fileName, bool isInclude ) 
 }
 
 void MountProfileHdlr::finishLexing() {
-    auto* parser =
-        parserCtx_.parsingIncludeFile ? parserCtx_.includeFileParserCtx : parserCtx_.agentFileParserCtx;
-    if ( parser )
+    if ( auto* parser = parserCtx_.running() )
         Corvid::finishLexing( parser );
 }
 

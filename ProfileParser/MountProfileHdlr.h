@@ -3,6 +3,7 @@
 #include "Corvid/EntityManager.h"
 #include "Kiv/Ptr.h"
 #include "ProfileParser/AntlrParserCtx.h"
+#include "ProfileParser/RunObserver.h"
 #include "ProfileParser/SharedTexts.h"
 #include "ProfileStore/Export.h"
 #include "ProfileStore/PassiveAgentProfileDir.h"
@@ -57,6 +58,10 @@ class CORVID_API MountProfileHdlr {
     /// Has the files read by the generated lexer and the parser library's token stream alone: the same
     /// results, many times slower. For comparisons.
     void plainTokensIs( bool plain ) noexcept { plainTokens_ = plain; }
+
+    /// Who is told what the handler reads and what comes of it; nobody unless set. Not owned: it lives as
+    /// long as the handler is used, or until another one, or null, is set.
+    void observerIs( RunObserver* observer ) noexcept { observer_ = observer; }
 
     /// False once an error has been recorded.
     [[nodiscard]] bool validProfileFile() const noexcept { return validProfileFile_; }
@@ -147,6 +152,10 @@ class CORVID_API MountProfileHdlr {
     void invalidateAgentProfile();
     void addAgentMounts( const std::string& agent );
 
+    // For the observer: where the statement that is being read begins, and where its last token stands.
+    [[nodiscard]] Origin statementOrigin() const;
+    [[nodiscard]] Origin tokenOrigin() const;
+
     Kiv::Ptr<PassiveAgentProfileDir> root_;
     Kiv::Ptr<const EntityManager> entityManager_;
     Kiv::Ptr<PassiveAgentProfile> agentProfile_;
@@ -165,6 +174,8 @@ class CORVID_API MountProfileHdlr {
     bool maybeIncludeFile_ = false;
     std::size_t maxFileSize_ = defaultMaxFileSize;
     bool plainTokens_ = false;
+    RunObserver* observer_ = nullptr;
+    bool mountingConfiguredPaths_ = false;
     SharedTexts sharedTexts_;
 };
 

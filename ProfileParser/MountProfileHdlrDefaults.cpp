@@ -102,10 +102,12 @@ void MountProfileHdlr::addConfigMountProfile() {
     HDLR_ASSERT( configRoot, R"(configRoot && "configRoot is not found.")" );
     HDLR_ASSERT( configRoot->rootsComplete(), "configRoot->rootsComplete()" );
     const Brae::PathTrie& trie = configRoot->pathTrie();
+    mountingConfiguredPaths_ = true;
     for ( const Kiv::String8& path : configRoot->configuredPaths() ) {
         const bool isInitial = trie.prefixFlags( path ).view().find( 'i' ) != std::string_view::npos;
         addMount( path.str(), trie.prefixTypename( path ).str(), isInitial ? "wi" : "w", "" );
     }
+    mountingConfiguredPaths_ = false;
 }
 
 std::uint32_t activeCellId() {

@@ -11,13 +11,18 @@ void MountProfileHdlr::registerMountFilterDecl( const std::string& name ) {
     }
     declared->second.enabledIs( 1 );
     currMountFilterName_ = name;
+    if ( observer_ )
+        observer_->mountFilterDeclared( name, statementOrigin() );
 }
 
 void MountProfileHdlr::addAttrFilter( const std::string& attrName, const std::string& filterKey ) {
     HDLR_ASSERT( mountFilterMap_.count( currMountFilterName_ ) != 0,
                  R"(mountFilterMap.count( currMountFilterName ) != 0 && )"
                  R"("Trying to add attr filter to undeclared mount filter")" );
-    mountFilterMap_[currMountFilterName_].newAttrFilter( AttrFilter( attrName, filterKey ) );
+    const AttrFilter attrFilter( attrName, filterKey );
+    mountFilterMap_[currMountFilterName_].newAttrFilter( attrFilter );
+    if ( observer_ )
+        observer_->attrFilterAdded( currMountFilterName_, attrFilter, statementOrigin() );
 }
 
 } // namespace Corvid

@@ -25,12 +25,19 @@ void MountProfileHdlr::agentProfileIs( const std::string& name ) {
     HDLR_ASSERT( root_, R"(root && "root is NULL.")" );
     agentProfile_ = root_->agentProfileIs( Kiv::Name( name ) );
     agentName_ = name;
+    if ( observer_ )
+        observer_->agentStatement( AgentStatement::agentName, name, statementOrigin() );
 }
 
 void MountProfileHdlr::addTemplateKeys( const std::vector<std::string>& keys ) {
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not created yet.")" );
     for ( std::size_t i = 0; i < keys.size(); ++i )
         agentProfile_->templateKeyIs( static_cast<unsigned>( i ), Kiv::String8( keys[i] ) );
+    if ( !observer_ )
+        return;
+    const Origin origin = statementOrigin();
+    for ( const std::string& key : keys )
+        observer_->agentStatement( AgentStatement::templateKey, key, origin );
 }
 
 void MountProfileHdlr::registerTemplateKeyDecl( const std::string& key ) {
@@ -48,25 +55,35 @@ bool MountProfileHdlr::validateTemplateKey( const std::string& key ) {
 void MountProfileHdlr::setHybridMount( bool flag ) {
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not created yet.")" );
     agentProfile_->hybridMountIs( flag );
+    if ( observer_ )
+        observer_->agentStatement( AgentStatement::hybridMount, {}, statementOrigin() );
 }
 
 void MountProfileHdlr::setLowMountPrio( bool flag ) {
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not created yet.")" );
     agentProfile_->lowMountPrioIs( flag );
+    if ( observer_ )
+        observer_->agentStatement( AgentStatement::lowMountPrio, {}, statementOrigin() );
 }
 
 void MountProfileHdlr::setNoDefaultMountGroup( bool flag ) {
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not created yet.")" );
     agentProfile_->noDefaultMountGroupIs( flag );
+    if ( observer_ )
+        observer_->agentStatement( AgentStatement::noDefaultMountGroup, {}, statementOrigin() );
 }
 
 void MountProfileHdlr::addSubAgent( const std::string& name ) {
     subAgents_.push_back( name );
+    if ( observer_ )
+        observer_->agentStatement( AgentStatement::subAgent, name, statementOrigin() );
 }
 
 void MountProfileHdlr::addAlias( const std::string& key, const std::string& targets ) {
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not created yet.")" );
     agentProfile_->aliasKeyIs( Kiv::String8( key ), Kiv::String8( targets ) );
+    if ( observer_ )
+        observer_->agentStatement( AgentStatement::alias, key, statementOrigin() );
 }
 
 void MountProfileHdlr::setRootFlags( const std::string& flags ) {
@@ -74,6 +91,8 @@ void MountProfileHdlr::setRootFlags( const std::string& flags ) {
         return;
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not created yet.")" );
     agentProfile_->rootFlagsIs( mergedFlags( agentProfile_->rootFlags(), flags ) );
+    if ( observer_ )
+        observer_->agentStatement( AgentStatement::rootFlags, flags, statementOrigin() );
 }
 
 bool MountProfileHdlr::validateFlags( const std::string& flags ) {
@@ -107,6 +126,9 @@ void MountProfileHdlr::addMountGroup( const std::string& name, unsigned priority
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not set yet.")" );
     currMg_ = agentProfile_->mountGroupIs( Kiv::Name( name ), priority );
     currMgName_ = name;
+    if ( observer_ )
+        observer_->mountGroupOpened( *currMg_, priority,
+                                     name == implicitGroupName ? Origin{} : statementOrigin() );
 }
 
 bool MountProfileHdlr::validateMgConditionNotSet() {
@@ -121,16 +143,22 @@ bool MountProfileHdlr::validateMgConditionNotSet() {
 void MountProfileHdlr::setBlockingConditional( bool flag ) {
     HDLR_ASSERT( currMg_, R"(currMg && "currMg is NULL.")" );
     currMg_->blockingConditionalIs( flag );
+    if ( observer_ )
+        observer_->conditionAdded( *currMg_, ConditionPart::blocking, {}, statementOrigin() );
 }
 
 void MountProfileHdlr::addCondition( const std::string& text ) {
     HDLR_ASSERT( currMg_, R"(currMg && "currMg is NULL")" );
     currMg_->conditionColEnq( Kiv::String8( text ) );
+    if ( observer_ )
+        observer_->conditionAdded( *currMg_, ConditionPart::single, text, tokenOrigin() );
 }
 
 void MountProfileHdlr::addTemplateCondition( const std::string& text ) {
     HDLR_ASSERT( currMg_, R"(currMg && "currMg is NULL")" );
     currMg_->templateConditionColIs( Kiv::String8( text ), true );
+    if ( observer_ )
+        observer_->conditionAdded( *currMg_, ConditionPart::templateKey, text, tokenOrigin() );
 }
 
 bool MountProfileHdlr::validateCondPathFunc( const std::string& name ) {
@@ -143,6 +171,8 @@ bool MountProfileHdlr::validateCondPathFunc( const std::string& name ) {
 void MountProfileHdlr::setEntireCondition( const std::string& text ) {
     HDLR_ASSERT( currMg_, R"(currMg && "currMg is NULL")" );
     currMg_->entireConditionIs( Kiv::String8( text ) );
+    if ( observer_ )
+        observer_->conditionAdded( *currMg_, ConditionPart::whole, text, statementOrigin() );
 }
 
 } // namespace Corvid

@@ -19,8 +19,11 @@ void MountProfileHdlr::parseIncludes( const std::string& pattern ) {
         return;
     }
     HDLR_TRACE( 1, "Parsing include files matching pattern " + fullPattern );
+    std::size_t number = 0;
     for ( const std::string& name : matches ) {
         const bool wasValid = validProfileFile_;
+        if ( observer_ )
+            observer_->includeEntered( { name, pattern, ++number, matches.size(), statementOrigin() } );
         parseFile( name, true );
         if ( wasValid && !validProfileFile_ ) {
             HDLR_TRACE( 1, "Include file parser found error. "

@@ -45,6 +45,8 @@ void MountProfileHdlr::addMount( const std::string& path, const std::string& typ
         }
         mount.mountFilterIs( declared->second );
     }
+    if ( observer_ )
+        observer_->mountAdded( { *currMg_, existing, mount, flags, mountFilter, statementOrigin() } );
     currMg_->mountProfileIs( std::move( mount ) );
 }
 
