@@ -1,0 +1,101 @@
+// The linker puts the functions below in front of the real ones (--wrap).
+#include "SystemFaults.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <antlr3.h>
+
+namespace CorvidTest {
+
+bool FaultyFunction::fails() noexcept {
+    if ( ++calls != failing )
+        return false;
+    if ( error != 0 )
+        errno = error;
+    return true;
+}
+
+FaultyFunction newStringStream{ "antlr3StringStreamNew" };
+FaultyFunction newLexer{ "antlr3LexerNewStream" };
+FaultyFunction newTokenStream{ "antlr3CommonTokenStreamSourceNew" };
+FaultyFunction newParser{ "antlr3ParserNewStream" };
+FaultyFunction systemOpen{ "open" };
+FaultyFunction systemFstat{ "fstat" };
+FaultyFunction systemRead{ "read" };
+
+namespace {
+
+unsigned long longestRead = 0;
+
+} // namespace
+
+void readsAtMost( unsigned long bytes ) noexcept {
+    longestRead = bytes;
+}
+
+} // namespace CorvidTest
+
+using namespace CorvidTest;
+
+extern "C" {
+
+pANTLR3_INPUT_STREAM realStringStream( pANTLR3_UINT8, ANTLR3_UINT32, ANTLR3_UINT32,
+                                       pANTLR3_UINT8 ) asm( "__real_antlr3StringStreamNew" );
+pANTLR3_INPUT_STREAM wrappedStringStream( pANTLR3_UINT8, ANTLR3_UINT32, ANTLR3_UINT32,
+                                          pANTLR3_UINT8 ) asm( "__wrap_antlr3StringStreamNew" );
+pANTLR3_INPUT_STREAM wrappedStringStream( pANTLR3_UINT8 text, ANTLR3_UINT32 encoding, ANTLR3_UINT32 size,
+                                          pANTLR3_UINT8 name ) {
+    return newStringStream.fails() ? nullptr : realStringStream( text, encoding, size, name );
+}
+
+pANTLR3_LEXER realLexer( ANTLR3_UINT32, pANTLR3_INPUT_STREAM,
+                         pANTLR3_RECOGNIZER_SHARED_STATE ) asm( "__real_antlr3LexerNewStream" );
+pANTLR3_LEXER wrappedLexer( ANTLR3_UINT32, pANTLR3_INPUT_STREAM,
+                            pANTLR3_RECOGNIZER_SHARED_STATE ) asm( "__wrap_antlr3LexerNewStream" );
+pANTLR3_LEXER wrappedLexer( ANTLR3_UINT32 sizeHint, pANTLR3_INPUT_STREAM input,
+                            pANTLR3_RECOGNIZER_SHARED_STATE state ) {
+    return newLexer.fails() ? nullptr : realLexer( sizeHint, input, state );
+}
+
+pANTLR3_COMMON_TOKEN_STREAM
+    realTokenStream( ANTLR3_UINT32, pANTLR3_TOKEN_SOURCE ) asm( "__real_antlr3CommonTokenStreamSourceNew" );
+pANTLR3_COMMON_TOKEN_STREAM
+    wrappedTokenStream( ANTLR3_UINT32,
+                        pANTLR3_TOKEN_SOURCE ) asm( "__wrap_antlr3CommonTokenStreamSourceNew" );
+pANTLR3_COMMON_TOKEN_STREAM wrappedTokenStream( ANTLR3_UINT32 sizeHint, pANTLR3_TOKEN_SOURCE source ) {
+    return newTokenStream.fails() ? nullptr : realTokenStream( sizeHint, source );
+}
+
+pANTLR3_PARSER realParser( ANTLR3_UINT32, pANTLR3_TOKEN_STREAM,
+                           pANTLR3_RECOGNIZER_SHARED_STATE ) asm( "__real_antlr3ParserNewStream" );
+pANTLR3_PARSER wrappedParser( ANTLR3_UINT32, pANTLR3_TOKEN_STREAM,
+                              pANTLR3_RECOGNIZER_SHARED_STATE ) asm( "__wrap_antlr3ParserNewStream" );
+pANTLR3_PARSER wrappedParser( ANTLR3_UINT32 sizeHint, pANTLR3_TOKEN_STREAM tokens,
+                              pANTLR3_RECOGNIZER_SHARED_STATE state ) {
+    return newParser.fails() ? nullptr : realParser( sizeHint, tokens, state );
+}
+
+int realOpen( const char*, int, ... ) asm( "__real_open" );
+int wrappedOpen( const char*, int, ... ) asm( "__wrap_open" );
+int wrappedOpen( const char* path, int flags, ... ) { // the library creates no files: no mode
+    return systemOpen.fails() ? -1 : realOpen( path, flags );
+}
+
+int realFstat( int, struct stat* ) asm( "__real_fstat" );
+int wrappedFstat( int, struct stat* ) asm( "__wrap_fstat" );
+int wrappedFstat( int descriptor, struct stat* status ) {
+    return systemFstat.fails() ? -1 : realFstat( descriptor, status );
+}
+
+ssize_t realRead( int, void*, std::size_t ) asm( "__real_read" );
+ssize_t wrappedRead( int, void*, std::size_t ) asm( "__wrap_read" );
+ssize_t wrappedRead( int descriptor, void* buffer, std::size_t size ) {
+    if ( systemRead.fails() )
+        return -1;
+    return realRead( descriptor, buffer, longestRead ? std::min( size, longestRead ) : size );
+}
+}

@@ -1,0 +1,142 @@
+// What a run does when the system or the parser library refuses something.
+
+#include "SystemFaults.h"
+#include "ProfileParser/InputFile.h"
+#include "unit/Handler/HandlerTesting.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <new>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+
+using namespace CorvidTest;
+
+namespace {
+
+constexpr char parseFileSignature[] = "void Corvid::MountProfileHdlr::parseFile(const string&, bool): ";
+
+class SystemFaultsTest : public HandlerTest {
+  protected:
+    ~SystemFaultsTest() override {
+        for ( FaultyFunction* function : { &newStringStream, &newLexer, &newTokenStream, &newParser,
+                                           &systemOpen, &systemFstat, &systemRead } )
+            function->failAt( 0 );
+        readsAtMost( 0 );
+    }
+
+    /// Runs a handler over the agent file, into a directory that holds another profile, which is left alone.
+    /// @return what it threw, or what it left behind.
+    [[nodiscard]] std::string outcome( bool plainTokens = false ) const {
+        const Kiv::Ptr<Corvid::PassiveAgentProfileDir> root( new Corvid::PassiveAgentProfileDir );
+        const auto other = root->agentProfileIs( Kiv::Name( "Other" ) );
+        other->rootFlagsIs( "rw" );
+        const std::string dumpOfOther = dumped( *other );
+        std::string result;
+        const CapturedStandardError standardError;
+        try {
+            Corvid::MountProfileHdlr hdlr( agentFile, root, nullptr, false );
+            hdlr.plainTokensIs( plainTokens );
+            hdlr.run();
+            result = hdlr.validProfileFile() ? "valid" : hdlr.errorDesc().description().str();
+        } catch ( const std::bad_alloc& ) {
+            result = "bad_alloc";
+        } catch ( const std::runtime_error& error ) {
+            result = error.what();
+        }
+        EXPECT_EQ( dumped( *other ), dumpOfOther );
+        return result;
+    }
+    [[nodiscard]] std::string notOpened( const std::string& file ) const {
+        return std::string( parseFileSignature ) + "Antlr failed to create file stream for " + file;
+    }
+    /// The agent file's parse ends like this when an include file could not be read.
+    [[nodiscard]] std::string includeNotRead() const {
+        return std::string( parseFileSignature ) + "runtime error while parsing " + agentFile;
+    }
+
+    TempDir dir;
+    const std::string agentFile = dir.file( "Agent", "agentName: A\n/a, T::T, r\ninclude: inc*\n" );
+    const std::string include = dir.file( "inc1", "/b, T::T, r\n" );
+};
+
+TEST_F( SystemFaultsTest, APartThatTheParserLibraryCannotMakeIsOneForWhichThereIsNoMemory ) {
+    dir.file( "inc2",
+              "\"/c\", T::T, r\n/~, T::T, r\n" ); // in error: the fast token path needs the lexer, too
+    for ( const bool plainTokens : { false, true } )
+        for ( FaultyFunction* make : { &newStringStream, &newLexer, &newTokenStream, &newParser } ) {
+            long n = 1;
+            for ( ;; ++n ) {
+                make->failAt( n );
+                const std::string result = outcome( plainTokens );
+                if ( !make->hasFailed() )
+                    break;
+                EXPECT_EQ( result, "bad_alloc" ) << make->name << ", call " << n;
+            }
+            EXPECT_GT( n, 1 ) << make->name << " is not called";
+            make->failAt( 0 );
+        }
+}
+
+TEST_F( SystemFaultsTest, AFileOnWhichASystemCallFailsIsNotOpened ) {
+    for ( FaultyFunction* call : { &systemOpen, &systemFstat, &systemRead } ) {
+        long n = 1;
+        for ( std::string result; ( call->failAt( n, EIO ), result = outcome() ) != "valid"; ++n ) {
+            ASSERT_TRUE( call->hasFailed() ) << call->name << ": " << result;
+            EXPECT_THAT( result, testing::AnyOf( notOpened( agentFile ), includeNotRead() ) )
+                << call->name << ", call " << n;
+        }
+        EXPECT_FALSE( call->hasFailed() ) << call->name << ", call " << n << " failed unnoticed";
+        EXPECT_GT( n, 2 ) << call->name << " is called for both files";
+        call->failAt( 0 );
+    }
+}
+
+TEST_F( SystemFaultsTest, AFileThatIsReadInPiecesIsReadWhole ) {
+    readsAtMost( 3 );
+    for ( const long interrupted :
+          { 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19 } ) {
+        systemRead.failAt( interrupted, EINTR );
+        EXPECT_EQ( outcome(), "valid" ) << interrupted;
+    }
+    for ( const long broken : { 1, 2, 8, 13 } ) {
+        systemRead.failAt( broken, EIO );
+        EXPECT_EQ( outcome(), notOpened( agentFile ) ) << broken;
+    }
+}
+
+TEST_F( SystemFaultsTest, WithoutAFileDescriptorNoFileIsOpened ) {
+    rlimit before{};
+    ASSERT_EQ( ::getrlimit( RLIMIT_NOFILE, &before ), 0 );
+    const int lowestFree = ::open( "/dev/null", O_RDONLY | O_CLOEXEC );
+    ASSERT_GE( lowestFree, 0 );
+    ::close( lowestFree );
+    const auto outcomeWith = [&]( int descriptors ) {
+        rlimit low = before;
+        low.rlim_cur = static_cast<rlim_t>( lowestFree + descriptors );
+        EXPECT_EQ( ::setrlimit( RLIMIT_NOFILE, &low ), 0 );
+        const std::string result = outcome();
+        EXPECT_EQ( ::setrlimit( RLIMIT_NOFILE, &before ), 0 );
+        return result;
+    };
+    EXPECT_EQ( outcomeWith( 0 ), notOpened( agentFile ) );
+    EXPECT_EQ( outcomeWith( 1 ), "valid" ); // a file is closed before the next one is opened
+}
+
+TEST_F( SystemFaultsTest, DescriptorsAreGivenBackWhateverFails ) {
+    const auto openDescriptors = [] {
+        return std::distance( std::filesystem::directory_iterator( "/proc/self/fd" ), {} );
+    };
+    const auto before = openDescriptors();
+    for ( FaultyFunction* call : { &systemOpen, &systemFstat, &systemRead, &newParser } )
+        for ( const long n : { 1, 2, 3 } ) {
+            call->failAt( n, EIO );
+            static_cast<void>( outcome() );
+            call->failAt( 0 );
+        }
+    EXPECT_EQ( openDescriptors(), before );
+}
+
+} // namespace
