@@ -11,6 +11,8 @@ import sys
 import tempfile
 import unittest
 
+from help_text import commands_of, help_of, options_of
+
 COMMAND, SOURCE = sys.argv[1:3]
 PAGE = "packaging/man/mountprofile.1"
 STANDARD = "Options of all commands"  # the options that every command's --help has
@@ -19,27 +21,6 @@ STANDARD = "Options of all commands"  # the options that every command's --help 
 def text_of(*path):
     with open(os.path.join(SOURCE, *path), encoding="utf-8") as file:
         return file.read()
-
-
-def help_of(*command):
-    run = subprocess.run([COMMAND, *command, "--help"], capture_output=True, text=True, check=True)
-    return run.stdout
-
-
-def commands_of(help_text):
-    return re.findall(r"^  (\S+) ", help_text.split("\nSubcommands:\n")[1].split("\n\n")[0] + " ", re.M)
-
-
-def options_of(help_text):
-    """The options of a --help by the titles of its groups, each as it would be typed: `--cell N`."""
-    groups, title = {}, None
-    for line in help_text.splitlines():
-        if line.endswith(":") and not line.startswith(" "):
-            title = line[:-1]
-        elif re.match(r"  -", line):
-            head = re.sub(r" (Needs|Excludes): .*| REQUIRED| \.\.\.", "", line[2:].split("  ")[0])
-            groups.setdefault(title, set()).add(head.strip().replace(",", ", "))
-    return groups
 
 
 def sections_of(page):
@@ -69,9 +50,9 @@ def literal_blocks(page):
 class Options(unittest.TestCase):
     def setUp(self):
         self.page = sections_of(text_of(PAGE))
-        self.commands = commands_of(help_of())
-        self.help = {name: options_of(help_of(name)) for name in self.commands}
-        self.standard = options_of(help_of())["Options"]
+        self.commands = commands_of(COMMAND)
+        self.help = {name: options_of(help_of(COMMAND, name)) for name in self.commands}
+        self.standard = options_of(help_of(COMMAND))["Options"]
 
     def compare(self, where, told, described):
         for option in sorted(told - described):
