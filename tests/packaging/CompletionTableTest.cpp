@@ -45,7 +45,7 @@ TEST_F( CompletionTableTest, aNameInLowerCaseIsTheWordsThatAreOffered ) {
 }
 
 TEST_F( CompletionTableTest, whatIsHiddenFromTheHelpIsNotOffered ) {
-    command_.add_flag( "--secretly", "" )->group( "" );
+    command_.add_option( "--secretly", text_, "" )->group( "" );
     EXPECT_THAT( tableOf( program_ ).commands.at( 0 ).options, testing::IsEmpty() );
 }
 
