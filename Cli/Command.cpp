@@ -1,14 +1,15 @@
 #include "Cli/Command.h"
 
+#include "Cli/CommandCodes.h"
 #include "Cli/PrintableText.h"
 
 #include <CLI/CLI.hpp>
 
 namespace Corvid::Cli {
 
-void Console::complain( std::string_view text ) {
+void Console::complain( std::string_view text, std::string_view code ) {
     out.flush();
-    err.append( "mountprofile: " + printable( text ) + "\n" );
+    err.append( "mountprofile: " + printable( text ) + codeMark( code ) + "\n" );
     err.flush();
 }
 

@@ -1,9 +1,19 @@
 #include "Cli/Diagnostics.h"
 
+#include "Cli/CommandCodes.h"
 #include "Cli/PrintableText.h"
 #include "Cli/SourceExcerpt.h"
 
 namespace Corvid::Cli {
+
+namespace {
+
+std::string codeNote( std::string_view code ) {
+    return "      = " + std::string( code ) + ": 'mountprofile explain " + std::string( code ) +
+           "' tells more\n";
+}
+
+} // namespace
 
 std::string diagnosticsOf( const AgentRun& run, bool coloured ) {
     std::string text = run.printed;
@@ -12,13 +22,16 @@ std::string diagnosticsOf( const AgentRun& run, bool coloured ) {
         break;
     case Outcome::invalid:
         text += sourceExcerpt( run.handler->errorDesc(), coloured );
+        text += codeNote( run.handler->errorDetails().code );
         break;
     case Outcome::notAgentFile:
         text += "mountprofile: " + printable( run.agentFile ) +
-                ": not an agent file: it does not begin with an agent title line (agentName: NAME)\n";
+                ": not an agent file: it does not begin with an agent title line (agentName: NAME)" +
+                codeMark( notAgentFileCode ) + "\n";
         break;
     case Outcome::unreadable:
-        text += "mountprofile: " + printable( run.agentFile + ": " + run.reason ) + "\n";
+        text += "mountprofile: " + printable( run.agentFile + ": " + run.reason ) +
+                codeMark( unreadableCode ) + "\n";
         break;
     }
     return text;

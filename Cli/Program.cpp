@@ -1,5 +1,7 @@
 #include "Cli/Program.h"
 
+#include "Cli/CommandCodes.h"
+
 #include <exception>
 #include <stdexcept>
 
@@ -13,7 +15,8 @@ Program::Program() {
                  "Examples:\n"
                  "  mountprofile show profiles/Fan\n"
                  "  mountprofile check profiles\n"
-                 "  mountprofile tokens profiles/Fan" );
+                 "  mountprofile tokens profiles/Fan\n"
+                 "  mountprofile explain MP042" );
 }
 
 ExitStatus Program::run( int argc, char** argv, Console& console ) {
@@ -26,7 +29,10 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
     } catch ( const CLI::CallForVersion& version ) {
         console.out.append( std::string( version.what() ) + "\n" );
         return ExitStatus::valid;
-    } catch ( const std::exception& error ) { // of the command line, or of the command
+    } catch ( const std::runtime_error& error ) { // of the command line, or of the command
+        console.complain( error.what(), usageCode );
+        return ExitStatus::trouble;
+    } catch ( const std::exception& error ) {
         console.complain( error.what() );
         return ExitStatus::trouble;
     }
@@ -34,7 +40,7 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
 
 ExitStatus Program::runChosen( Console& console ) {
     for ( Command* command : { static_cast<Command*>( &show_ ), static_cast<Command*>( &check_ ),
-                               static_cast<Command*>( &tokens_ ) } )
+                               static_cast<Command*>( &tokens_ ), static_cast<Command*>( &explain_ ) } )
         if ( command->chosen() )
             return command->run( console );
     throw std::runtime_error( "no command given; see mountprofile --help" );

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Cli/CheckCommand.h"
+#include "Cli/ExplainCommand.h"
 #include "Cli/ShowCommand.h"
 #include "Cli/TokensCommand.h"
 
@@ -26,6 +27,7 @@ class Program {
     ShowCommand show_{ app_ };
     CheckCommand check_{ app_ };
     TokensCommand tokens_{ app_ };
+    ExplainCommand explain_{ app_ };
 };
 
 } // namespace Corvid::Cli

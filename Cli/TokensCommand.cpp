@@ -1,6 +1,7 @@
 #include "Cli/TokensCommand.h"
 
 #include "Cli/AgentRun.h"
+#include "Cli/CommandCodes.h"
 #include "Cli/PrintableText.h"
 #include "ProfileParser/TokenListing.h"
 
@@ -59,7 +60,8 @@ ExitStatus TokensCommand::run( Console& console ) {
         error =
             listTokens( file_, [&console]( const ListedToken& token ) { writeToken( console.out, token ); } );
     } catch ( const std::runtime_error& exception ) {
-        throw std::runtime_error( file_ + ": " + whyUnreadable( file_, exception.what() ) );
+        console.complain( file_ + ": " + whyUnreadable( file_, exception.what() ), unreadableCode );
+        return ExitStatus::trouble;
     }
     console.out.append( "EOF\n" );
     if ( error.description().empty() )

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ProfileParser/GeneratedParser.h"
 
@@ -35,6 +36,7 @@ class ErrorDescription {
         return error;
     }
 
+    static ErrorDetails& details( MountProfileHdlr& hdlr ) { return hdlr.errorDetails_; }
     static AntlrParserCtx& parserCtx( MountProfileHdlr& hdlr ) { return hdlr.parserCtx_; }
 };
 
@@ -118,6 +120,12 @@ std::string kindMessage( const ANTLR3_EXCEPTION& exception, pANTLR3_UINT8* token
     return message;
 }
 
+std::string parserMessage( const ANTLR3_EXCEPTION& exception, pANTLR3_UINT8* tokenNames, std::int32_t rule ) {
+    const std::string message =
+        kindMessage( exception, tokenNames ).append( ruleHint( rule, exception.type ) );
+    return message.empty() ? std::string( syntaxError ) : message;
+}
+
 } // namespace
 
 void reportLexerError( pANTLR3_BASE_RECOGNIZER recognizer ) {
@@ -134,6 +142,7 @@ void setLexerErrorDesc( pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8* /*tok
     const SourceContext context = sourceContext( *lexer->input, exception );
 
     std::string description( lexerMessage( exception ) );
+    ErrorDescription::details( handlerOf( recognizer ) ).code = errorCodeOf( description );
     if ( context.rest.empty() ) {
         error.descriptionIs( description.append( nearEndOfFile ) );
         return;
@@ -169,16 +178,11 @@ void setParserErrorDesc( mountProfileParser_Ctx_struct* ctx, pANTLR3_UINT8* toke
     appendOffendingToken( description, static_cast<pANTLR3_COMMON_TOKEN>( exception.token ) );
 
     AntlrParserCtx& parserCtx = ErrorDescription::parserCtx( *ctx->hdlr );
-    if ( parserCtx.hdlrExceptionRaised ) {
-        parserCtx.hdlrExceptionRaised = false;
-        error.descriptionIs( description + parserCtx.hdlrExceptionMsg );
-        return;
-    }
-    std::string message =
-        kindMessage( exception, tokenNames ).append( ruleHint( ruleNumber, exception.type ) );
-    if ( message.empty() )
-        message = syntaxError;
+    const std::string message = std::exchange( parserCtx.hdlrExceptionRaised, false )
+                                    ? parserCtx.hdlrExceptionMsg
+                                    : parserMessage( exception, tokenNames, ruleNumber );
     error.descriptionIs( description + message );
+    ErrorDescription::details( *ctx->hdlr ).code = errorCodeOf( message );
 }
 
 void mismatch( pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_UINT32 expectedType, pANTLR3_BITSET_LIST follow ) {

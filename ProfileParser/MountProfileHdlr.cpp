@@ -124,6 +124,7 @@ void MountProfileHdlr::constructHdlrException( const std::string& msg ) {
     errorDesc_.lineIs( RecognitionError::noLine );
     errorDesc_.charPositionInLineIs( -1 );
     errorDesc_.descriptionIs( "While adding default profiles, " + msg );
+    errorDetails_.code = errorCodeOf( errorDesc_.description() );
 }
 
 void MountProfileHdlr::validProfileFileIs( bool valid ) {

@@ -3,6 +3,7 @@
 #include "Corvid/EntityManager.h"
 #include "Kiv/Ptr.h"
 #include "ProfileParser/AntlrParserCtx.h"
+#include "ProfileParser/ErrorDetails.h"
 #include "ProfileParser/RunObserver.h"
 #include "ProfileParser/SharedTexts.h"
 #include "ProfileStore/Export.h"
@@ -74,6 +75,8 @@ class CORVID_API MountProfileHdlr {
     [[nodiscard]] const Kiv::Ptr<PassiveAgentProfile>& agentProfile() const noexcept { return agentProfile_; }
     /// The error that made the file invalid.
     [[nodiscard]] const RecognitionError& errorDesc() const noexcept { return errorDesc_; }
+    /// What is known of it beside.
+    [[nodiscard]] const ErrorDetails& errorDetails() const noexcept { return errorDetails_; }
     /// Sub-agent names in the order given.
     [[nodiscard]] const std::vector<std::string>& subAgents() const noexcept { return subAgents_; }
     [[nodiscard]] const std::string& agentFile() const noexcept { return agentFile_; }
@@ -166,6 +169,7 @@ class CORVID_API MountProfileHdlr {
     std::string currMgName_;
     AntlrParserCtx parserCtx_;
     RecognitionError errorDesc_;
+    ErrorDetails errorDetails_;
     std::vector<std::string> subAgents_;
     std::unordered_set<std::string> templateKeyDecls_{ 10 };
     std::unordered_map<std::string, MountFilter> mountFilterMap_{ 10 };

@@ -21,14 +21,15 @@ class CheckTest : public CommandTest {
     }
 };
 
-const std::string invalidLines = ":2:1: error: Unrecongnized character , near '{'\n    2 | {\n      | ^\n";
+const std::string invalidLines = ":2:1: error: Unrecongnized character , near '{'\n    2 | {\n      | ^\n"
+                                 "      = MP001: 'mountprofile explain MP001' tells more\n";
 
 TEST_F( CheckTest, theHighestExitStatusOfAllFilesCounts ) {
     const std::string invalid = "invalid" + invalidLines;
     const std::string include =
         "mountprofile: include: not an agent file: it does not begin with an agent title line "
-        "(agentName: NAME)\n";
-    const std::string nowhere = "mountprofile: nowhere: No such file or directory\n";
+        "(agentName: NAME) [MP091]\n";
+    const std::string nowhere = "mountprofile: nowhere: No such file or directory [MP090]\n";
     const struct {
         std::vector<std::string> paths;
         int exitStatus;
@@ -95,8 +96,9 @@ TEST_F( CheckTest, whatIsPassedOverDoesNotCount ) {
 TEST_F( CheckTest, anUnreadableFileInADirectoryIsTold ) {
     write( "d/big", "agentName: Fan\n" );
     std::filesystem::resize_file( directory() / "d/big", ( 16 << 20 ) + 1 );
-    EXPECT_THAT( run( { "check", "d" } ), Answers( 2, "1 file checked: 0 valid, 1 unreadable\n",
-                                                   "mountprofile: d/big: Larger than 16777216 bytes\n" ) );
+    EXPECT_THAT( run( { "check", "d" } ),
+                 Answers( 2, "1 file checked: 0 valid, 1 unreadable\n",
+                          "mountprofile: d/big: Larger than 16777216 bytes [MP090]\n" ) );
 }
 
 TEST_F( CheckTest, aDirectoryThatCannotBeListedIsTold ) {
@@ -114,7 +116,7 @@ TEST_F( CheckTest, aDirectoryThatCannotBeListedIsTold ) {
     const auto result = run( { "check", "d" } );
     EXPECT_THAT( result, Answers( 2, "2 files checked: 1 valid, 1 unreadable\n",
                                   testing::StartsWith( "mountprofile: d/" + longName + "/" ) ) );
-    EXPECT_THAT( result.err, testing::EndsWith( "/" + longName + ": File name too long\n" ) );
+    EXPECT_THAT( result.err, testing::EndsWith( "/" + longName + ": File name too long [MP090]\n" ) );
     EXPECT_EQ( lineCount( result.err ), 1U );
 }
 
@@ -128,7 +130,7 @@ TEST_F( CheckTest, theOutputIsTheSameForAnyNumberOfJobs ) {
     }
     const auto one = run( { "check", "--jobs", "1", "many" } );
     EXPECT_THAT( one, Answers( 1, "200 files checked: 133 valid, 67 invalid\n", _ ) );
-    EXPECT_EQ( lineCount( one.err ), 67U * 3 );
+    EXPECT_EQ( lineCount( one.err ), 67U * 4 );
     for ( const std::string jobs : { "2", "8", "64" } )
         EXPECT_THAT( run( { "check", "--jobs", jobs, "many" } ), Answers( 1, one.out, one.err ) );
 }

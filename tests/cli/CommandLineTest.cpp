@@ -33,11 +33,11 @@ TEST_F( CommandLineTest, whatIsWrongWithItIsToldInOneLine ) {
         { { "show", "--config-root", "words", "agent" }, "--config-root requires --system" },
         { { "check", "--jobs", "0", "agent" }, "--jobs: Value 0 not in range 1 to 1024" },
         { { "check", "--format", "xml", "agent" }, "--format: xml not in {text}" },
-        { { "show", "nowhere" }, "nowhere: No such file or directory" },
-        { { "show", "." }, ".: Is a directory" },
-        { { "show", "/dev/null" }, "/dev/null: Not a regular file" },
-        { { "tokens", "nowhere" }, "nowhere: No such file or directory" },
-        { { "tokens", "no\nwhere" }, "no\\x0Awhere: No such file or directory" },
+        { { "show", "nowhere" }, "nowhere: No such file or directory [MP090]" },
+        { { "show", "." }, ".: Is a directory [MP090]" },
+        { { "show", "/dev/null" }, "/dev/null: Not a regular file [MP090]" },
+        { { "tokens", "nowhere" }, "nowhere: No such file or directory [MP090]" },
+        { { "tokens", "no\nwhere" }, "no\\x0Awhere: No such file or directory [MP090]" },
         { { "show", "--system", "ar", "--config-root", "nowhere", "agent" },
           "nowhere: No such file or directory" },
         { { "show", "--system", "ar", "--config-root", ".", "agent" }, ".: Is a directory" },
@@ -48,13 +48,16 @@ TEST_F( CommandLineTest, whatIsWrongWithItIsToldInOneLine ) {
           "manyWords:1: expected 'path type' or 'path type flags'" },
     };
     for ( const auto& [arguments, complaint] : rows )
-        EXPECT_THAT( run( arguments ), Answers( 2, "", "mountprofile: " + complaint + "\n" ) )
+        EXPECT_THAT( run( arguments ),
+                     Answers( 2, "",
+                              "mountprofile: " + complaint +
+                                  ( complaint.ends_with( "[MP090]" ) ? "\n" : " [MP092]\n" ) ) )
             << testing::PrintToString( arguments );
 }
 
 TEST_F( CommandLineTest, everyLevelHasHelpWithAnExample ) {
     EXPECT_THAT( run( { "--help" } ), Answers( 0, HasSubstr( "Examples:\n  mountprofile show" ), "" ) );
-    for ( const std::string command : { "show", "check", "tokens" } ) {
+    for ( const std::string command : { "show", "check", "tokens", "explain" } ) {
         const std::string usage = "Usage: mountprofile " + command + " ";
         const auto result = run( { command, "--help" } );
         EXPECT_THAT( result, Answers( 0, HasSubstr( usage ), "" ) );

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <stdexcept>
 
 namespace Corvid::Testing {
@@ -60,6 +61,27 @@ MATCHER_P3( Answers, exitStatus, out, err, "" ) {
 inline std::size_t lineCount( std::string_view text ) {
     const auto lineEnds = static_cast<std::size_t>( std::count( text.begin(), text.end(), '\n' ) );
     return lineEnds + ( text.empty() || text.ends_with( '\n' ) ? 0 : 1 );
+}
+
+/// The lines of what was said about one file: the first one, which the library prints; the source line and
+/// the marks under it; and the notes, which begin with "=".
+struct Diagnostics {
+    std::string firstLine;
+    std::string excerpt; ///< two lines, or empty
+    std::string notes;   ///< without their indentation
+};
+inline Diagnostics diagnosticsIn( const std::string& standardError ) {
+    constexpr std::string_view noteMark = "      = ";
+    std::istringstream lines( standardError );
+    Diagnostics diagnostics;
+    std::getline( lines, diagnostics.firstLine );
+    for ( std::string line; std::getline( lines, line ); ) {
+        if ( line.starts_with( noteMark ) )
+            diagnostics.notes += line.substr( noteMark.size() - 2 ) + "\n";
+        else
+            diagnostics.excerpt += line + "\n";
+    }
+    return diagnostics;
 }
 
 } // namespace Corvid::Testing

@@ -111,7 +111,7 @@ TEST_F( ShowTest, anInvalidFileHasAProfileWithTheError ) {
 
 TEST_F( ShowTest, aFileWithoutATitleLineHasNoProfile ) {
     const std::string notAnAgent = ": not an agent file: it does not begin with an agent title line "
-                                   "(agentName: NAME)\n";
+                                   "(agentName: NAME) [MP091]\n";
     write( "inc\t", "/a, Kiv::Entity, r\n" );
     EXPECT_EQ( document( { "inc\t" } ).at( "outcome" ), "notAgentFile" );
     EXPECT_TRUE( document( { "inc\t" } ).at( "profile" ).is_null() );
@@ -128,21 +128,21 @@ TEST_F( ShowTest, anUnreadableFileHasADocumentOfItsOwn ) {
                           "{\"agentFile\": \"nowhere\",\n \"outcome\": \"unreadable\",\n \"exception\": "
                           "\"void Corvid::MountProfileHdlr::parseFile(const string&, bool): "
                           "Antlr failed to create file stream for nowhere\"}\n",
-                          "mountprofile: nowhere: No such file or directory\n" ) );
+                          "mountprofile: nowhere: No such file or directory [MP090]\n" ) );
 }
 
 TEST_F( ShowTest, aFileAboveTheSizeLimitIsUnreadable ) {
     write( "agent", "agentName: Fan\n" );
     std::filesystem::resize_file( directory() / "agent", ( 16 << 20 ) + 1 );
     EXPECT_THAT( run( { "show", "agent" } ),
-                 Answers( 2, "", "mountprofile: agent: Larger than 16777216 bytes\n" ) );
+                 Answers( 2, "", "mountprofile: agent: Larger than 16777216 bytes [MP090]\n" ) );
 }
 
 TEST_F( ShowTest, anUnreadableIncludeFileIsTold ) {
     write( "agent", "agentName: Fan\ninclude: inc\n" );
     std::filesystem::create_directory( directory() / "inc" );
     EXPECT_THAT( run( { "show", "agent" } ),
-                 Answers( 2, "", "mountprofile: agent: A file that it includes cannot be read\n" ) );
+                 Answers( 2, "", "mountprofile: agent: A file that it includes cannot be read [MP090]\n" ) );
 }
 
 TEST_F( ShowTest, theTreeIsAligned ) {

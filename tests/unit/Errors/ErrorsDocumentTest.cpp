@@ -1,17 +1,22 @@
 // docs/errors.md is held to what it says: its examples are run, and no text of an error is missing in it.
 //
-//   ### `TEXT`                    a section about one text; "…" stands for what differs
+//   ### CODE `TEXT`               a section about one text; "…" stands for what differs
 //   ```mountprofile file=NAME     a file beside the examples that follow in the section
 //   ```mountprofile wrong         an agent file, named Fan, with an error
 //   ```prints                     the line that the one before prints
 //   ```mountprofile valid         an agent file without one
+//
+// Sections without a text of the library have console examples, which are tested with the command.
 
+#include "ProfileParser/ErrorDetails.h"
 #include "support/ParsedProfile.h"
 #include "unit/Errors/ErrorTexts.h"
 
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <regex>
+#include <set>
 #include <sstream>
 
 namespace {
@@ -26,7 +31,10 @@ struct Block {
 struct Section {
     std::string heading; ///< without its marks; empty before the first one
     std::vector<Block> blocks;
-    [[nodiscard]] bool isAboutOneText() const { return heading.starts_with( "`" ); }
+    [[nodiscard]] bool isAboutOneText() const {
+        return heading.starts_with( "MP" ) && heading.ends_with( "`" );
+    }
+    [[nodiscard]] bool isAboutTheCommand() const { return heading.starts_with( "MP" ) && !isAboutOneText(); }
 };
 
 std::string documentText() {
@@ -58,7 +66,8 @@ std::vector<Section> sectionsOf( const std::string& document ) {
 /// The parts of a heading's text around each "…".
 std::vector<std::string> fixedParts( const std::string& heading ) {
     constexpr std::string_view gap = "…";
-    std::string rest = heading.substr( 1, heading.size() - 2 );
+    const auto first = heading.find( '`' ) + 1;
+    std::string rest = heading.substr( first, heading.size() - 1 - first );
     std::vector<std::string> parts;
     for ( auto at = rest.find( gap ); at != std::string::npos; at = rest.find( gap ) ) {
         parts.push_back( rest.substr( 0, at ) );
@@ -127,7 +136,58 @@ TEST( ErrorsDocument, ShowsWhatEachExamplePrints ) {
     const auto sections = sectionsOf( documentText() );
     EXPECT_GT( std::ranges::count_if( sections, &Section::isAboutOneText ), 30 );
     for ( const Section& section : sections )
-        checkExamples( section );
+        if ( !section.isAboutTheCommand() )
+            checkExamples( section );
+}
+
+/// The codes of a section's heading, and of the rows of a table's first column.
+std::set<std::string> codesIn( const std::string& document ) {
+    static const std::regex code( R"((?:^|\n)(?:### |\| )(MP[0-9]{3}) )" );
+    std::set<std::string> codes;
+    for ( std::sregex_iterator match( document.begin(), document.end(), code ), none; match != none; ++match )
+        codes.insert( ( *match )[1] );
+    return codes;
+}
+
+TEST( ErrorsDocument, HoldsEveryCodeOfAnErrorAndNoOther ) {
+    std::set<std::string> codes{ "MP090", "MP091", "MP092" }; // the command's
+    for ( const Corvid::ErrorCode& row : Corvid::errorCodes() )
+        codes.emplace( row.code );
+    EXPECT_EQ( codesIn( documentText() ), codes );
+}
+
+TEST( ErrorsDocument, PutsEveryTextUnderItsCode ) {
+    for ( const Section& section : sectionsOf( documentText() ) )
+        if ( section.isAboutOneText() ) {
+            const std::string text = section.heading.substr( section.heading.find( '`' ) + 1 );
+            EXPECT_EQ( Corvid::errorCodeOf( text ), section.heading.substr( 0, 5 ) ) << text;
+        }
+}
+
+TEST( ErrorCodes, AreGivenToEveryTextOfAnError ) {
+    // What stands behind the beginning of a message, or in front of all.
+    const std::set<std::string> furtherParts{ " is already present with type: ",
+                                              ". Mismatched type: ",
+                                              "' defined before this line.",
+                                              "' is already declared",
+                                              ". Multiple conditions not allowed.",
+                                              "<EOF>",
+                                              " In agent title, ",
+                                              " In include file, ",
+                                              " In mount group '",
+                                              "' , ",
+                                              " near '",
+                                              "', ",
+                                              " at <EOF>, ",
+                                              ", near EOF \n",
+                                              ", near '",
+                                              "'\n" };
+    for ( const ErrorText& text : allErrorTexts() )
+        EXPECT_NE( Corvid::errorCodeOf( text.text ) == Corvid::unknownErrorCode,
+                   !furtherParts.contains( text.text ) )
+            << text.text;
+    EXPECT_EQ( Corvid::errorCodeOf( "something else" ), "MP000" );
+    EXPECT_EQ( Corvid::errorCodeOf( "" ), "MP000" );
 }
 
 TEST( ErrorsDocument, HoldsEveryTextOfAnError ) {

@@ -1,0 +1,47 @@
+#include "Cli/ExplainCommand.h"
+
+#include "Cli/ErrorsPage.h"
+
+#include <CLI/CLI.hpp>
+#include <cctype>
+#include <stdexcept>
+
+namespace Corvid::Cli {
+
+namespace {
+
+/// A code as the page spells it, from what a user types: "mp42", "42" and "MP042" are the same.
+std::string spelled( const std::string& typed ) {
+    std::string digits = typed;
+    if ( digits.size() > 2 && std::toupper( static_cast<unsigned char>( digits[0] ) ) == 'M' &&
+         std::toupper( static_cast<unsigned char>( digits[1] ) ) == 'P' )
+        digits.erase( 0, 2 );
+    return "MP" + std::string( digits.size() < 3 ? 3 - digits.size() : 0, '0' ) + digits;
+}
+
+} // namespace
+
+ExplainCommand::ExplainCommand( CLI::App& program )
+    : Command( *program.add_subcommand( "explain", "Tell what an error means, with examples" ) ) {
+    auto& app = *program.get_subcommand( "explain" );
+    app.add_option( "CODE", code_, "The code that 'check' shows with an error" )->required()->type_name( "" );
+    app.footer( "Exit status: 0; 2 usage error, or a code that does not exist.\n\n"
+                "Example:\n"
+                "  mountprofile explain MP042" );
+}
+
+ExitStatus ExplainCommand::run( Console& console ) {
+    const std::string code = spelled( code_ );
+    const auto explanation = explanationOf( code );
+    if ( !explanation ) {
+        std::string known;
+        for ( const std::string& one : explainedCodes() )
+            known += ( known.empty() ? "" : " " ) + one;
+        throw std::runtime_error( "no error has the code " + code_ + "; there are " + known );
+    }
+    console.out.append( code + "  " + explanation->title + "\n" );
+    console.out.append( readable( explanation->body ) );
+    return ExitStatus::valid;
+}
+
+} // namespace Corvid::Cli
