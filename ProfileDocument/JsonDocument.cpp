@@ -1,6 +1,7 @@
 #include "ProfileDocument/JsonDocument.h"
 
-#include <array>
+#include "ProfileDocument/JsonWriter.h"
+
 #include <map>
 #include <string_view>
 
@@ -9,9 +10,9 @@ namespace Corvid {
 namespace {
 
 /// Writes straight through: a profile may hold a million mounts.
-class Writer {
+class Writer : JsonWriter {
   public:
-    explicit Writer( TextSink& out ) : out_( out ) {}
+    using JsonWriter::JsonWriter;
 
     void document( const HandlerRun& run );
 
@@ -22,70 +23,7 @@ class Writer {
     void mount( const Mount& mount );
     void mountFilter( const MountFilter& filter );
     void error( const RecognitionError& error );
-
-    void text( std::string_view text );
-    void value( std::string_view value ) { text( value ); }
-    void value( bool value ) { out_.append( value ? "true" : "false" ); }
-
-    /// A key, with all that stands before it.
-    void key( std::string_view before, std::string_view key ) {
-        out_.append( before );
-        text( key );
-        out_.append( ": " );
-    }
-    template <class Range, class WriteItem>
-    void list( char open, char close, std::string_view separator, const Range& items, WriteItem writeItem ) {
-        out_.append( open );
-        bool first = true;
-        for ( const auto& item : items ) {
-            if ( !first )
-                out_.append( separator );
-            first = false;
-            writeItem( item );
-        }
-        out_.append( close );
-    }
-    template <class Range>
-    void texts( const Range& items ) {
-        list( '[', ']', ", ", items, [this]( const auto& item ) { text( item ); } );
-    }
-    template <class Map>
-    void map( const Map& items ) {
-        list( '{', '}', ", ", items, [this]( const auto& item ) {
-            key( "", item.first );
-            value( item.second );
-        } );
-    }
-
-    TextSink& out_;
 };
-
-/// Which bytes cannot stand for themselves inside a JSON text.
-constexpr auto mustBeEscaped = [] {
-    std::array<bool, 256> table{};
-    for ( unsigned byte = 0; byte < table.size(); ++byte )
-        table[byte] = byte < 0x20 || byte >= 0x7F || byte == '"' || byte == '\\';
-    return table;
-}();
-
-void Writer::text( std::string_view text ) {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    out_.append( '"' );
-    std::size_t done = 0;
-    for ( std::size_t at = 0; at < text.size(); ++at ) {
-        const auto byte = static_cast<unsigned char>( text[at] );
-        if ( !mustBeEscaped[byte] )
-            continue;
-        out_.append( text.substr( done, at - done ) );
-        done = at + 1;
-        const char simple[] = { '\\', text[at] };
-        const char coded[] = { '\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 0xF] };
-        const bool isSimple = byte == '"' || byte == '\\';
-        out_.append( isSimple ? std::string_view( simple, 2 ) : std::string_view( coded, 6 ) );
-    }
-    out_.append( text.substr( done ) );
-    out_.append( '"' );
-}
 
 void Writer::error( const RecognitionError& error ) {
     key( "{", "fileName" );
@@ -93,18 +31,18 @@ void Writer::error( const RecognitionError& error ) {
     key( ", ", "includeFileName" );
     text( error.includeFileName() );
     key( ", ", "line" );
-    out_.appendNumber( error.line() );
+    number( error.line() );
     key( ", ", "charPositionInLine" );
-    out_.appendNumber( error.charPositionInLine() );
+    number( error.charPositionInLine() );
     key( ", ", "exceptionType" );
-    out_.appendNumber( error.exceptionType() );
+    number( error.exceptionType() );
     key( ", ", "recognizer" );
     text( error.recognizer() );
     key( ", ", "description" );
     text( error.description() );
     key( ", ", "sourceLine" );
     text( error.sourceLine() );
-    out_.append( '}' );
+    append( '}' );
 }
 
 void Writer::mountFilter( const MountFilter& filter ) {
@@ -115,7 +53,7 @@ void Writer::mountFilter( const MountFilter& filter ) {
     for ( const auto& [name, attrFilter] : filter.attrFilter() )
         ordered.emplace( name, attrFilter.filterKey() );
     map( ordered );
-    out_.append( '}' );
+    append( '}' );
 }
 
 void Writer::mount( const Mount& mount ) {
@@ -127,12 +65,12 @@ void Writer::mount( const Mount& mount ) {
     text( mount.flags() );
     key( ", ", "mountFilter" );
     mountFilter( mount.mountFilter() );
-    out_.append( '}' );
+    append( '}' );
 }
 
 void Writer::mountGroup( const PassiveMountGroup& group ) {
     key( "{", "priority" );
-    out_.appendNumber( group.priority() );
+    number( group.priority() );
     key( ", ", "blockingConditional" );
     value( group.blockingConditional() );
     key( ", ", "entireCondition" );
@@ -143,7 +81,7 @@ void Writer::mountGroup( const PassiveMountGroup& group ) {
     map( group.templateConditionCol() );
     key( ",\n       ", "mountProfile" );
     list( '[', ']', ",", group.mountProfile(), [this]( const auto& item ) { mount( item.second ); } );
-    out_.append( '}' );
+    append( '}' );
 }
 
 void Writer::mountGroups( const PassiveAgentProfile::MountGroupMap& groups ) {
@@ -174,7 +112,7 @@ void Writer::profile( const PassiveAgentProfile& profile ) {
     map( profile.aliasKey() );
     key( ",\n   ", "mountGroup" );
     mountGroups( profile.mountGroup() );
-    out_.append( '}' );
+    append( '}' );
 }
 
 void Writer::document( const HandlerRun& run ) {
@@ -190,13 +128,13 @@ void Writer::document( const HandlerRun& run ) {
         if ( run.handler->agentProfile() )
             profile( *run.handler->agentProfile() );
         else
-            out_.append( "null" );
+            append( "null" );
         key( ",\n ", "subAgents" );
         texts( run.handler->subAgents() );
         key( ",\n ", "errorDesc" );
         error( run.handler->errorDesc() );
     }
-    out_.append( "}\n" );
+    append( "}\n" );
 }
 
 } // namespace
