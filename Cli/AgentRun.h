@@ -22,8 +22,4 @@ struct AgentRun : HandlerRun {
 /// Stage was set up.
 [[nodiscard]] AgentRun runAgentFile( const Stage& stage, const std::string& agentFile );
 
-/// What stands against reading a file, for people.
-/// @param exception the text that the attempt threw: the answer when nothing is to be seen from outside.
-[[nodiscard]] std::string whyUnreadable( const std::string& fileName, const std::string& exception );
-
 } // namespace Corvid::Cli

@@ -5,9 +5,7 @@
 
 namespace Corvid::Cli {
 
-// The codes of errors that the command finds by itself; see ErrorDetails.h for the library's.
-inline constexpr std::string_view unreadableCode = "MP090";
-inline constexpr std::string_view notAgentFileCode = "MP091";
+// The code of errors in the command line; see ErrorDetails.h and HandlerRun.h for those of files.
 inline constexpr std::string_view usageCode = "MP092";
 
 /// What tells a code at the end of a line; nothing for an empty one.

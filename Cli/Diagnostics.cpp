@@ -25,8 +25,7 @@ std::string diagnosticsOf( const AgentRun& run, bool coloured ) {
         text += codeNote( run.handler->errorDetails().code );
         break;
     case Outcome::notAgentFile:
-        text += "mountprofile: " + printable( run.agentFile ) +
-                ": not an agent file: it does not begin with an agent title line (agentName: NAME)" +
+        text += "mountprofile: " + printable( run.agentFile ) + ": " + whyNotAgentFile +
                 codeMark( notAgentFileCode ) + "\n";
         break;
     case Outcome::unreadable:

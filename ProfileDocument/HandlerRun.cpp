@@ -32,8 +32,9 @@ const char* nameOf( Outcome outcome ) {
 
 HandlerRun::HandlerRun( std::string file, Kiv::Ptr<const EntityManager> entityManager, bool addDefaults )
     : agentFile( std::move( file ) ),
-      handler( std::make_unique<MountProfileHdlr>( agentFile, new PassiveAgentProfileDir,
-                                                   std::move( entityManager ), addDefaults ) ) {}
+      handler( std::make_unique<MountProfileHdlr>(
+          agentFile, Kiv::Ptr<PassiveAgentProfileDir>( new PassiveAgentProfileDir ),
+          std::move( entityManager ), addDefaults ) ) {}
 
 void HandlerRun::run() {
     try {

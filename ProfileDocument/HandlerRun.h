@@ -4,6 +4,7 @@
 #include "Kiv/Ptr.h"
 #include "ProfileParser/MountProfileHdlr.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -34,5 +35,19 @@ struct HandlerRun {
     /// @throws std::bad_alloc
     void run();
 };
+
+// The codes of what is wrong with a file as a whole; see ErrorDetails.h for those of its content.
+inline constexpr char unreadableCode[] = "MP090";
+inline constexpr char notAgentFileCode[] = "MP091";
+
+/// What is said of a file without an agent title line.
+inline constexpr char whyNotAgentFile[] =
+    "not an agent file: it does not begin with an agent title line (agentName: NAME)";
+
+/// What stands against reading a file, for people.
+/// @param exception the text that the attempt threw: the answer when nothing is to be seen from outside.
+/// @param maxFileSize what the handler that tried took, in bytes.
+[[nodiscard]] std::string whyUnreadable( const std::string& fileName, const std::string& exception,
+                                         std::size_t maxFileSize = MountProfileHdlr::defaultMaxFileSize );
 
 } // namespace Corvid

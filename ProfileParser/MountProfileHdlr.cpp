@@ -50,7 +50,7 @@ MountProfileHdlr::~MountProfileHdlr() = default;
 void MountProfileHdlr::run() {
     parseFile( agentFile_, false );
     if ( !validProfileFile_ ) {
-        displayError();
+        printError();
         if ( !agentProfile_ ) {
             HDLR_TRACE( 0, "Invalidating agent profile: NA" );
             return;
@@ -69,7 +69,7 @@ void MountProfileHdlr::run() {
     if ( agentProfile_->noDefaultMountGroup() )
         agentProfile_->mountGroupDel( Kiv::Name( "default" ) );
     if ( !validProfileFile_ ) {
-        displayError();
+        printError();
         HDLR_TRACE( 0, "Invalidating agent profile, due to error in adding default mounts,: '" + // sic
                            agentProfile_->name().str() + "'" );
         invalidateAgentProfile();
@@ -131,6 +131,11 @@ void MountProfileHdlr::validProfileFileIs( bool valid ) {
     if ( !valid )
         HDLR_TRACE( 1, "Invalid profile file " + agentFile_ );
     validProfileFile_ = valid;
+}
+
+void MountProfileHdlr::printError() {
+    if ( errorPrinted_ )
+        displayError();
 }
 
 void MountProfileHdlr::displayError() {

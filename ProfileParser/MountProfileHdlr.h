@@ -56,6 +56,9 @@ class CORVID_API MountProfileHdlr {
     void maxFileSizeIs( std::size_t bytes ) noexcept { maxFileSize_ = std::min( bytes, highestMaxFileSize ); }
     [[nodiscard]] std::size_t maxFileSize() const noexcept { return maxFileSize_; }
 
+    /// Whether `run()` also prints an error on standard error; it does unless this is set to false.
+    void errorPrintedIs( bool printed ) noexcept { errorPrinted_ = printed; }
+
     /// Has the files read by the generated lexer and the parser library's token stream alone: the same
     /// results, many times slower. For comparisons.
     void plainTokensIs( bool plain ) noexcept { plainTokens_ = plain; }
@@ -153,6 +156,7 @@ class CORVID_API MountProfileHdlr {
     /// and handler.
     void finishLexing();
     void invalidateAgentProfile();
+    void printError();
     void addAgentMounts( const std::string& agent );
 
     // For the observer: where the statement that is being read begins, and where its last token stands.
@@ -178,6 +182,7 @@ class CORVID_API MountProfileHdlr {
     bool maybeIncludeFile_ = false;
     std::size_t maxFileSize_ = defaultMaxFileSize;
     bool plainTokens_ = false;
+    bool errorPrinted_ = true;
     RunObserver* observer_ = nullptr;
     bool mountingConfiguredPaths_ = false;
     SharedTexts sharedTexts_;

@@ -29,6 +29,8 @@ const std::vector<Runnable>& runnables() {
         { "mountprofile ", MOUNTPROFILE_PROGRAM },
         { "./host ", README_HOST_PROGRAM },
         { "./profiles ", EXAMPLE_HOST_PROGRAM },
+        { "./profile-of ", C_EXAMPLE_PROGRAM },
+        { "python3 examples/python/mount_profile.py ", PYTHON_EXAMPLE },
     };
     return all;
 }
@@ -107,7 +109,7 @@ TEST( Console, TheReadmeShowsWhatItsCommandsPrint ) {
 }
 
 TEST( Console, TheExamplesPageShowsWhatItsCommandsPrint ) {
-    EXPECT_GE( runAll( "examples/README.md" ), 5U );
+    EXPECT_GE( runAll( "examples/README.md" ), 8U );
 }
 
 TEST( Console, TheLanguageReferenceShowsWhatItsCommandsPrint ) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """check_exports.py LIBRARY: what the shared library shows to others.
 
-Classes and functions of the library's own and the platform's namespaces, and the table of token names; nothing of the
+Classes and functions of the library's own and the platform's namespaces, the C interface, and the table of token names; nothing of the
 parser library, of the generated lexer and parser, or of templates of the standard library. It has an SONAME, and finds
 every symbol that it needs in the libraries that it names.
 """
@@ -9,9 +9,11 @@ import re
 import subprocess
 import sys
 
-ALLOWED = re.compile(r"((typeinfo|typeinfo name|vtable) for )?(Corvid|Kiv|Brae|Cell|Redundancy)::|mountProfileParserTokenNames$")
+ALLOWED = re.compile(r"((typeinfo|typeinfo name|vtable) for )?(Corvid|Kiv|Brae|Cell|Redundancy)::|mountProfileParserTokenNames$|corvid_mount_profile_[a-z_]+$")
 WANTED = [
     "mountProfileParserTokenNames",
+    "corvid_mount_profile_parse",
+    "corvid_mount_profile_free",
     "Corvid::MountProfileHdlr::run()",
     "Corvid::activeCellId()",
     "Corvid::PassiveAgentProfileDir::agentProfileIs(Kiv::Name)",

@@ -43,7 +43,7 @@ class CheckRules(unittest.TestCase):
                            ("ProfileParser/A.h", "Cli/Output.h")):
             self.expect({path: f'#pragma once\n#include "{name}"\n'},
                         f"{path}:2: includes {name}: includes point from "
-                        "Platform <- ProfileStore <- ProfileParser <- ProfileDocument <- Cli only")
+                        "Platform <- ProfileStore <- ProfileParser <- ProfileDocument <- CInterface <- Cli only")
 
     def test_the_embedded_platform_stays_unknown(self):
         self.expect({"ProfileParser/A.cpp": '#include "EmbeddedPlatform.h"\n'},

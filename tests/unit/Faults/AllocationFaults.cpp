@@ -10,11 +10,14 @@ namespace {
 // Tests of faults run on one thread; atomic, because GoogleTest has others that allocate.
 std::atomic<long> untilFailure = 0; // 0: none is to fail
 std::atomic<bool> failed = false;
+std::atomic<CorvidTest::Thrown> toBeThrown{};
 std::atomic<long> live = 0;
 
 void* allocate( std::size_t size ) {
     if ( untilFailure > 0 && --untilFailure == 0 ) {
         failed = true;
+        if ( toBeThrown == CorvidTest::Thrown::somethingElse )
+            throw 1;
         throw std::bad_alloc();
     }
     void* memory = std::malloc( size ? size : 1 );
@@ -45,7 +48,8 @@ void operator delete( void* memory, std::size_t ) noexcept {
 
 namespace CorvidTest {
 
-FailingAllocation::FailingAllocation( long number ) noexcept {
+FailingAllocation::FailingAllocation( long number, Thrown thrown ) noexcept {
+    toBeThrown = thrown;
     failed = false;
     untilFailure = number;
 }
