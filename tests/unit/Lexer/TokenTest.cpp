@@ -1,6 +1,7 @@
 // Which tokens a text falls into.
 
 #include "LexedText.h"
+#include "Spellings.h"
 
 #include <gtest/gtest.h>
 
@@ -189,17 +190,9 @@ TEST( Keywords, MatchInLowerUpperAndMixedCaseAndBeatIdentifiers ) {
         { "mountfilter", "MOUNTFILTER" },
         { "lowmountprio", "LOWMOUNTPRIO" },
     } };
-    for ( const auto& [spelling, name] : keywords ) {
-        std::string upper( spelling );
-        std::string evenUpper( spelling );
-        std::string oddUpper( spelling );
-        for ( std::size_t i = 0; i < upper.size(); ++i ) {
-            upper[i] = static_cast<char>( std::toupper( spelling[i] ) );
-            ( i % 2 ? oddUpper : evenUpper )[i] = upper[i];
-        }
-        for ( const std::string& text : { std::string( spelling ), upper, evenUpper, oddUpper } )
+    for ( const auto& [spelling, name] : keywords )
+        for ( const std::string& text : inAllCases( spelling ) )
             expectDumps( { { text, name + ( "[" + text + "]" ) } } );
-    }
 }
 
 TEST( Keywords, EndBeforeAColonAndAreIdentifiersWithAnyLetterMoreOrLess ) {
