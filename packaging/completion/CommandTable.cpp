@@ -12,10 +12,8 @@ namespace {
 /// What completes a value, by the name that --help has for it.
 const std::map<std::string, Value::Kind>& valueKinds() {
     static const std::map<std::string, Value::Kind> kinds{
-        { "FILE", Value::Kind::file },
-        { "PATH", Value::Kind::file },
-        { "N", Value::Kind::text },
-        { "NAME", Value::Kind::text },
+        { "FILE", Value::Kind::file }, { "PATH", Value::Kind::file }, { "CODE", Value::Kind::text },
+        { "N", Value::Kind::text },    { "NAME", Value::Kind::text },
     };
     return kinds;
 }

@@ -22,7 +22,7 @@ std::string completer( const Value& value ) {
     case Value::Kind::word:
         return ":" + escaped( value.name ) + ":(" + joined( value.words ) + ")";
     case Value::Kind::text:
-        return ":" + value.name + ": ";
+        return ":" + value.name + ":( )"; // no words, and no message that would hide options
     case Value::Kind::none:
         break;
     }
