@@ -20,6 +20,7 @@ target_compile_definitions(CorvidMountProfileHdlr INTERFACE
 set_target_properties(CorvidMountProfileHdlr PROPERTIES EXPORT_NAME MountProfileHdlr)
 install(TARGETS CorvidMountProfileHdlr EXPORT CorvidMountProfileHdlr
     FILE_SET HEADERS DESTINATION "${CORVID_INCLUDEDIR}"
+    FILE_SET c_headers DESTINATION "${CORVID_INCLUDEDIR}"
     INCLUDES DESTINATION "${CORVID_INCLUDEDIR}") # for a CMake that knows no file sets yet
 install(EXPORT CorvidMountProfileHdlr NAMESPACE Corvid::
     FILE CorvidMountProfileHdlrTargets.cmake DESTINATION "${CORVID_CMAKEDIR}")

@@ -79,6 +79,12 @@ class Install(unittest.TestCase):
         self.assertEqual(run("pkg-config", "--modversion", "corvid-mount-profile", PKG_CONFIG_PATH=self.pkgconfig).strip(),
                          VERSION)
 
+    def test_pkg_config_serves_c_too(self):
+        flags = run("pkg-config", "--cflags", "--libs", "corvid-mount-profile", PKG_CONFIG_PATH=self.pkgconfig).split()
+        run("cc", "-std=c99", "-Wall", "-Wextra", "-Wpedantic", "-Werror", os.path.join(SOURCE, "examples", "c", "main.c"),
+            *flags, "-o", self.path("c-host"))
+        self.assertIn('"outcome": "valid"', run(self.path("c-host"), AGENT, LD_LIBRARY_PATH=self.libdir))
+
     def test_the_headers_compile_without_those_of_the_parser_library(self):
         headers = sorted(files_below(self.headers))
         self.assertIn("ProfileParser/MountProfileHdlr.h", headers)
@@ -89,12 +95,12 @@ class Install(unittest.TestCase):
         self.assertNotRegex(read(self.path("read")), r"(?i)antlr3")
 
     def test_whatever_marks_something_as_public_is_installed(self):
-        for folder in ("ProfileStore", "ProfileParser", "ProfileDocument"):
+        installed = {os.path.basename(name) for name in files_below(self.headers)}
+        for folder in ("ProfileStore", "ProfileParser", "ProfileDocument", "CInterface"):
             for name in sorted(os.listdir(os.path.join(SOURCE, folder))):
-                if name.endswith(".h") and re.search(r"\bCORVID_API\b", read(SOURCE, folder, name)):
-                    self.assertTrue(os.path.exists(os.path.join(self.headers, folder, name)),
-                                    f"{folder}/{name} marks something as CORVID_API, but is not installed: "
-                                    "add it to the file set in ProfileParser/CMakeLists.txt")
+                if name.endswith(".h") and re.search(r"\bCORVID_(\w+_)?API\b", read(SOURCE, folder, name)):
+                    self.assertIn(name, installed, f"{folder}/{name} marks something as public, but is not installed: "
+                                                   "add it to the file set in ProfileParser/CMakeLists.txt")
 
     def test_the_command_runs_where_it_was_moved_to(self):
         command = os.path.join(self.prefix, "bin", "mountprofile")
