@@ -19,9 +19,10 @@ ExitStatus exitStatusFor( Outcome outcome ) {
     return ExitStatus::trouble;
 }
 
-AgentRun runAgentFile( const Stage& stage, const std::string& agentFile ) {
+AgentRun runAgentFile( const Stage& stage, const std::string& agentFile, RunObserver* observer ) {
     const CapturedErrors::Collector errors;
     AgentRun run( agentFile, stage.entityManager, stage.addDefaults );
+    run.handler->observerIs( observer );
     try {
         run.run();
     } catch ( const std::exception& exception ) {

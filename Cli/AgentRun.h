@@ -20,6 +20,8 @@ struct AgentRun : HandlerRun {
 
 /// Runs one agent file in a directory of profiles of its own. May be called by several threads at once, after
 /// Stage was set up.
-[[nodiscard]] AgentRun runAgentFile( const Stage& stage, const std::string& agentFile );
+/// @param observer is told what happens in the run; or null.
+[[nodiscard]] AgentRun runAgentFile( const Stage& stage, const std::string& agentFile,
+                                     RunObserver* observer = nullptr );
 
 } // namespace Corvid::Cli

@@ -46,8 +46,8 @@ std::string flagsItem( const OriginRecord::Place& place, std::string_view flags,
 std::string textOf( const OriginRecord::Place& place ) {
     if ( place.kind == Origin::Kind::implicit )
         return "default";
-    return ( place.kind == Origin::Kind::configuredPath ? "configured path, " : "" ) + *place.file + ":" +
-           std::to_string( place.line );
+    return *place.file + ":" + std::to_string( place.line ) +
+           ( place.kind == Origin::Kind::configuredPath ? " (configured path)" : "" );
 }
 
 const OriginRecord::Group* OriginNotes::find( std::string_view group ) const {

@@ -7,7 +7,7 @@
 
 namespace Corvid::Cli {
 
-/// "FILE:LINE"; "default" where no line gave it; "configured path, FILE:LINE" where a line asked for the
+/// "FILE:LINE"; "default" where no line gave it; "FILE:LINE (configured path)" where a line asked for the
 /// configured paths. Not made printable.
 [[nodiscard]] std::string textOf( const OriginRecord::Place& place );
 

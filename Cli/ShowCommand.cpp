@@ -2,6 +2,8 @@
 
 #include "Cli/AgentRun.h"
 #include "Cli/Diagnostics.h"
+#include "Cli/JsonOrigins.h"
+#include "Cli/OriginRecord.h"
 #include "Cli/TreeWriter.h"
 #include "ProfileDocument/JsonDocument.h"
 
@@ -18,6 +20,7 @@ void ShowCommand::addOptions( CLI::App& app ) {
     app.add_option( "FILE", file_, "The agent file" )->required()->type_name( "" );
     auto* json = app.add_flag( "--json", json_, "Print one JSON object" );
     app.add_flag( "--tree", tree_, "Print for people (the default)" )->excludes( json );
+    app.add_flag( "--origin", origin_, "Tell for everything the file and line that gave it" );
     stageOptions_.addTo( app );
     app.footer(
         "Exit status: 0 valid; 1 invalid, or not an agent file; 2 usage error, or a file that cannot be\n"
@@ -28,11 +31,16 @@ void ShowCommand::addOptions( CLI::App& app ) {
 }
 
 ExitStatus ShowCommand::run( Console& console ) {
-    const AgentRun run = runAgentFile( stageOptions_.setUp(), file_ );
-    if ( json_ )
+    OriginRecord record;
+    OriginRecord* origins = origin_ ? &record : nullptr;
+    const AgentRun run = runAgentFile( stageOptions_.setUp(), file_, origins );
+    if ( json_ && origins )
+        writeJsonDocument( console.out, run,
+                           [&record]( JsonWriter& json ) { writeJsonOrigins( json, record ); } );
+    else if ( json_ )
         writeJsonDocument( console.out, run );
     else
-        writeTree( console.out, run, mayBeColoured( console.out ) );
+        writeTree( console.out, run, mayBeColoured( console.out ), origins );
     console.out.flush();
     console.err.append( diagnosticsOf( run, mayBeColoured( console.err ) ) );
     return exitStatusFor( run.outcome );

@@ -18,6 +18,7 @@ class ShowCommand final : public Command {
 
     StageOptions stageOptions_;
     bool json_ = false;
+    bool origin_ = false;
     bool tree_ = false; ///< only excludes the other form
     std::string file_;
 };

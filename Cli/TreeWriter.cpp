@@ -1,5 +1,6 @@
 #include "Cli/TreeWriter.h"
 
+#include "Cli/OriginNotes.h"
 #include "Cli/PrintableText.h"
 
 #include <algorithm>
@@ -14,26 +15,43 @@ namespace {
 /// A column is never made wider than this for one long text: that text pushes the rest of its own line only.
 constexpr std::size_t widestColumn = 60;
 
+/// The widths of a group's columns.
+struct Columns {
+    std::size_t path = 0;
+    std::size_t type = 0;
+    std::size_t flags = 0; ///< where something follows them
+};
+
 class Writer {
   public:
-    Writer( Output& out, bool coloured ) : out_( out ), coloured_( coloured ) {}
+    Writer( Output& out, bool coloured, const OriginRecord* origins )
+        : out_( out ), coloured_( coloured ), notes_( origins ) {}
 
     void run( const AgentRun& run );
 
   private:
     void profile( const PassiveAgentProfile& profile, const std::vector<std::string>& subAgents );
     void mountGroup( const PassiveMountGroup& group );
-    void mounts( const PassiveMountGroup::MountMap& mounts );
+    void conditions( const PassiveMountGroup& group );
+    void mounts( const PassiveMountGroup& group );
+    void mount( const PassiveMountGroup& group, const Mount& mount, const Columns& columns );
+    /// The switches that are on, with their notes.
+    [[nodiscard]] std::string switchesOf( const PassiveAgentProfile& profile ) const;
+    /// "name = "fan-1", state", or "(no attribute)" for a filter that was declared without any.
+    [[nodiscard]] std::string filterOf( const PassiveMountGroup& group, const Mount& mount ) const;
 
-    void headline( std::string_view kind, std::string_view name, std::string_view remarks );
+    void headline( std::string_view kind, std::string_view name, std::string_view remarks,
+                   std::string_view note );
     /// A line "label  text" below a headline; none for an empty text.
-    void attribute( std::string_view label, std::string_view text );
+    void attribute( std::string_view label, std::string_view text, std::string_view note = {} );
+    void appendNote( std::string_view note );
     /// A text, filled up with blanks.
     void cell( std::string_view text, std::size_t width );
     void strong( std::string_view text );
 
     Output& out_;
     bool coloured_;
+    OriginNotes notes_;
 };
 
 std::string joined( const auto& texts ) {
@@ -43,29 +61,39 @@ std::string joined( const auto& texts ) {
     return all;
 }
 
-std::string switchesOf( const PassiveAgentProfile& profile ) {
-    std::vector<std::string_view> names;
-    if ( profile.hybridMount() )
-        names.push_back( "hybridMount" );
-    if ( profile.lowMountPrio() )
-        names.push_back( "lowMountPrio" );
-    if ( profile.noDefaultMountGroup() )
-        names.push_back( "noDefaultMountGroup" );
+std::string withNote( std::string text, std::string_view note ) {
+    return note.empty() ? text : text.append( " " ).append( note );
+}
+
+std::string Writer::switchesOf( const PassiveAgentProfile& profile ) const {
+    std::vector<std::string> names;
+    const auto add = [&]( bool isOn, const char* name, AgentStatement statement ) {
+        if ( isOn )
+            names.push_back( withNote( name, notes_.agentStatement( statement ) ) );
+    };
+    add( profile.hybridMount(), "hybridMount", AgentStatement::hybridMount );
+    add( profile.lowMountPrio(), "lowMountPrio", AgentStatement::lowMountPrio );
+    add( profile.noDefaultMountGroup(), "noDefaultMountGroup", AgentStatement::noDefaultMountGroup );
     return joined( names );
 }
 
-/// "name = "fan-1", state", or "(no attribute)" for a filter that was declared without any.
-std::string textOf( const MountFilter& filter ) {
-    if ( !filter.enabled() )
-        return {};
+std::string Writer::filterOf( const PassiveMountGroup& group, const Mount& mount ) const {
     std::map<std::string_view, std::string_view> ordered;
-    for ( const auto& [name, attrFilter] : filter.attrFilter() )
+    for ( const auto& [name, attrFilter] : mount.mountFilter().attrFilter() )
         ordered.emplace( name, attrFilter.filterKey() );
     std::vector<std::string> items;
     for ( const auto& [name, key] : ordered )
-        items.push_back( std::string( name ) +
-                         ( key.empty() ? std::string() : " = \"" + std::string( key ) + "\"" ) );
+        items.push_back( withNote( std::string( name ) +
+                                       ( key.empty() ? std::string() : " = \"" + std::string( key ) + "\"" ),
+                                   notes_.attribute( group.name(), mount.path(), name ) ) );
     return items.empty() ? "(no attribute)" : joined( items );
+}
+
+void Writer::appendNote( std::string_view note ) {
+    if ( note.empty() )
+        return;
+    out_.append( "  " );
+    out_.append( printable( note ) );
 }
 
 void Writer::strong( std::string_view text ) {
@@ -76,22 +104,25 @@ void Writer::strong( std::string_view text ) {
         out_.append( "\033[0m" );
 }
 
-void Writer::headline( std::string_view kind, std::string_view name, std::string_view remarks ) {
+void Writer::headline( std::string_view kind, std::string_view name, std::string_view remarks,
+                       std::string_view note ) {
     out_.append( kind );
     out_.append( ' ' );
     strong( name );
     out_.append( "  " );
     out_.append( remarks );
+    appendNote( note );
     out_.append( '\n' );
 }
 
-void Writer::attribute( std::string_view label, std::string_view text ) {
+void Writer::attribute( std::string_view label, std::string_view text, std::string_view note ) {
     static constexpr std::size_t labelWidth = 22;
     if ( text.empty() )
         return;
     out_.append( "  " );
     cell( label, labelWidth );
     out_.append( printable( text ) );
+    appendNote( note );
     out_.append( '\n' );
 }
 
@@ -104,66 +135,83 @@ void Writer::cell( std::string_view text, std::size_t width ) {
     out_.append( blanks.substr( 0, used < width ? width - used : 0 ) );
 }
 
-void Writer::mounts( const PassiveMountGroup::MountMap& mounts ) {
-    std::size_t pathWidth = 0;
-    std::size_t typeWidth = 0;
-    std::size_t flagsWidth = 0;
+void Writer::mount( const PassiveMountGroup& group, const Mount& mount, const Columns& columns ) {
+    out_.append( "    " );
+    cell( mount.path(), columns.path );
+    out_.append( "  " );
+    cell( mount.type(), columns.type );
+    out_.append( "  " );
+    const std::string note = notes_.mount( group.name(), mount.path() );
+    const bool hasFilter = mount.mountFilter().enabled() != 0;
+    cell( mount.flags(), hasFilter || !note.empty() ? columns.flags : 0 );
+    appendNote( note );
+    if ( hasFilter ) {
+        out_.append( note.empty() ? "  where " : "\n        where " );
+        out_.append( printable( filterOf( group, mount ) ) );
+        if ( !note.empty() )
+            appendNote( notes_.filter( group.name(), mount.path() ) );
+    }
+    out_.append( '\n' );
+}
+
+void Writer::mounts( const PassiveMountGroup& group ) {
+    Columns columns;
     const auto widen = []( std::size_t& column, std::string_view text ) {
         column = std::clamp( printableWidth( text ), column, widestColumn );
     };
-    for ( const auto& [path, mount] : mounts ) {
-        widen( pathWidth, path );
-        widen( typeWidth, mount.type() );
-        if ( mount.mountFilter().enabled() )
-            widen( flagsWidth, mount.flags() );
+    for ( const auto& [path, mount] : group.mountProfile() ) {
+        widen( columns.path, path );
+        widen( columns.type, mount.type() );
+        if ( mount.mountFilter().enabled() || notes_.areGiven() )
+            widen( columns.flags, mount.flags() );
     }
-    for ( const auto& [path, mount] : mounts ) {
-        out_.append( "    " );
-        cell( path, pathWidth );
-        out_.append( "  " );
-        cell( mount.type(), typeWidth );
-        out_.append( "  " );
-        if ( mount.mountFilter().enabled() ) {
-            cell( mount.flags(), flagsWidth );
-            out_.append( "  where " );
-            out_.append( printable( textOf( mount.mountFilter() ) ) );
-        } else {
-            out_.append( printable( mount.flags() ) );
-        }
-        out_.append( '\n' );
+    for ( const auto& [path, mount] : group.mountProfile() )
+        this->mount( group, mount, columns );
+}
+
+void Writer::conditions( const PassiveMountGroup& group ) {
+    const Kiv::Name name = group.name();
+    attribute( group.blockingConditional() ? "blocked until" : "when", group.entireCondition(),
+               notes_.wholeCondition( name ) );
+    if ( group.conditionCol().size() > 1 ) {
+        std::size_t index = 0;
+        for ( const auto& condition : group.conditionCol() )
+            attribute( "  condition", condition, notes_.condition( name, index++ ) );
     }
+    for ( const auto& [condition, value] : group.templateConditionCol() )
+        attribute( value ? "template condition" : "template condition not", condition,
+                   notes_.templateCondition( name, condition ) );
 }
 
 void Writer::mountGroup( const PassiveMountGroup& group ) {
     const std::size_t count = group.mountProfile().size();
     headline( "\nmount group", group.name(),
               "priority " + std::to_string( group.priority() ) + ", " + std::to_string( count ) +
-                  ( count == 1 ? " mount" : " mounts" ) );
-    attribute( group.blockingConditional() ? "blocked until" : "when", group.entireCondition() );
-    if ( group.conditionCol().size() > 1 )
-        for ( const auto& condition : group.conditionCol() )
-            attribute( "  condition", condition );
-    for ( const auto& [condition, value] : group.templateConditionCol() )
-        attribute( value ? "template condition" : "template condition not", condition );
-    mounts( group.mountProfile() );
+                  ( count == 1 ? " mount" : " mounts" ),
+              notes_.group( group.name() ) );
+    conditions( group );
+    mounts( group );
 }
 
 void Writer::profile( const PassiveAgentProfile& profile, const std::vector<std::string>& subAgents ) {
     const char* validity =
         coloured_ ? ( profile.validProfile() ? "\033[32mvalid\033[0m" : "\033[31minvalid\033[0m" )
                   : ( profile.validProfile() ? "valid" : "invalid" );
-    headline( "agent", profile.name(), validity );
+    headline( "agent", profile.name(), validity, notes_.agentStatement( AgentStatement::agentName ) );
     if ( !profile.validProfile() )
         attribute( "error", profile.errorDesc().composeErrorDescMessage() );
     attribute( "switches", switchesOf( profile ) );
-    attribute( "root flags", profile.rootFlags() );
+    attribute( "root flags", profile.rootFlags(), notes_.rootFlags() );
     std::vector<std::string_view> keys;
     for ( const auto& [index, key] : profile.templateKey() )
         keys.push_back( key );
-    attribute( "template keys", joined( keys ) );
+    attribute( "template keys", joined( keys ), notes_.templateKeys() );
     for ( const auto& [alias, targets] : profile.aliasKey() )
-        attribute( "alias", alias.str() + " = " + targets.str() );
-    attribute( "sub-agents", joined( subAgents ) );
+        attribute( "alias", alias.str() + " = " + targets.str(), notes_.alias( alias ) );
+    std::vector<std::string> names;
+    for ( const std::string& name : subAgents )
+        names.push_back( withNote( name, notes_.subAgent( names.size() ) ) );
+    attribute( "sub-agents", joined( names ) );
     for ( const auto& [name, group] : profile.mountGroup() )
         mountGroup( *group );
 }
@@ -175,9 +223,9 @@ void Writer::run( const AgentRun& run ) {
 
 } // namespace
 
-void writeTree( Output& out, const AgentRun& run, bool coloured ) {
+void writeTree( Output& out, const AgentRun& run, bool coloured, const OriginRecord* origins ) {
     if ( run.outcome != Outcome::unreadable )
-        Writer( out, coloured ).run( run );
+        Writer( out, coloured, origins ).run( run );
 }
 
 } // namespace Corvid::Cli

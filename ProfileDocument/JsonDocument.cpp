@@ -1,7 +1,5 @@
 #include "ProfileDocument/JsonDocument.h"
 
-#include "ProfileDocument/JsonWriter.h"
-
 #include <map>
 #include <string_view>
 
@@ -14,7 +12,7 @@ class Writer : JsonWriter {
   public:
     using JsonWriter::JsonWriter;
 
-    void document( const HandlerRun& run );
+    void document( const HandlerRun& run, const std::function<void( JsonWriter& )>& writeOrigins );
 
   private:
     void profile( const PassiveAgentProfile& profile );
@@ -115,7 +113,7 @@ void Writer::profile( const PassiveAgentProfile& profile ) {
     append( '}' );
 }
 
-void Writer::document( const HandlerRun& run ) {
+void Writer::document( const HandlerRun& run, const std::function<void( JsonWriter& )>& writeOrigins ) {
     key( "{", "agentFile" );
     text( run.agentFile );
     key( ",\n ", "outcome" );
@@ -133,14 +131,19 @@ void Writer::document( const HandlerRun& run ) {
         texts( run.handler->subAgents() );
         key( ",\n ", "errorDesc" );
         error( run.handler->errorDesc() );
+        if ( writeOrigins ) {
+            key( ",\n ", "origin" );
+            writeOrigins( *this );
+        }
     }
     append( "}\n" );
 }
 
 } // namespace
 
-void writeJsonDocument( TextSink& out, const HandlerRun& run ) {
-    Writer( out ).document( run );
+void writeJsonDocument( TextSink& out, const HandlerRun& run,
+                        const std::function<void( JsonWriter& )>& writeOrigins ) {
+    Writer( out ).document( run, writeOrigins );
 }
 
 } // namespace Corvid

@@ -1,24 +1,12 @@
 #include "ProfileParser/FlagSet.h"
 #include "ProfileParser/HandlerSupport.h"
+#include "ProfileParser/MountPath.h"
 #include "ProfileParser/MountProfileHdlr.h"
 
 #include <string_view>
 #include <utility>
 
 namespace Corvid {
-
-namespace {
-
-/// The path less one "/" at either end. A path of one or two slashes becomes empty.
-std::string_view normalisedPath( std::string_view path ) {
-    if ( path.starts_with( '/' ) )
-        path.remove_prefix( 1 );
-    if ( path.ends_with( '/' ) )
-        path.remove_suffix( 1 );
-    return path;
-}
-
-} // namespace
 
 void MountProfileHdlr::addMount( const std::string& path, const std::string& type, const std::string& flags,
                                  const std::string& mountFilter ) {

@@ -6,6 +6,7 @@
 //   env              NAME=value, one a line (may be missing)
 //   expected.json    standard output of `show --json`
 //   expected.tree    standard output of `show --tree`
+//   expected.origin  standard output of `show --origin`
 //   expected.tokens  standard output of `tokens`
 //   expected.stderr  standard error of `show` (not compared when missing)
 //   expected.exit    the exit status of `show`; when missing, the one that follows from the expected output
@@ -36,9 +37,9 @@ struct Form {
     std::vector<std::string> arguments;
 };
 
-const std::array forms = { Form{ "expected.json", { "show", "--json" } },
-                           Form{ "expected.tree", { "show", "--tree" } },
-                           Form{ "expected.tokens", { "tokens" } } };
+const std::array forms = {
+    Form{ "expected.json", { "show", "--json" } }, Form{ "expected.tree", { "show", "--tree" } },
+    Form{ "expected.origin", { "show", "--origin" } }, Form{ "expected.tokens", { "tokens" } } };
 
 class Case {
   public:
@@ -157,7 +158,7 @@ bool Case::run() {
             runForm( form );
         }
         if ( !expectsSomething )
-            fail( "there is no expected.json, expected.tree or expected.tokens" );
+            fail( "there is no expected.json, expected.tree, expected.origin or expected.tokens" );
     } catch ( const std::exception& exception ) {
         fail( exception.what() );
     }
