@@ -9,28 +9,21 @@
 // Sections without a text of the library have console examples, which are tested with the command.
 
 #include "ProfileParser/ErrorDetails.h"
+#include "docs/MarkdownFile.h"
 #include "support/ParsedProfile.h"
 #include "unit/Errors/ErrorTexts.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <set>
-#include <sstream>
 
 namespace {
 
 using namespace CorvidTest;
 
-struct Block {
-    std::string tag; ///< what stands behind the backquotes
-    std::string text;
-};
-
 struct Section {
-    std::string heading; ///< without its marks; empty before the first one
-    std::vector<Block> blocks;
+    std::string heading; ///< without its marks
+    std::vector<MarkdownBlock> blocks;
     [[nodiscard]] bool isAboutOneText() const {
         return heading.starts_with( "MP" ) && heading.ends_with( "`" );
     }
@@ -38,28 +31,16 @@ struct Section {
 };
 
 std::string documentText() {
-    std::ifstream in( CORVID_SOURCE_DIR "/docs/errors.md", std::ios::binary );
-    EXPECT_TRUE( in );
-    return { std::istreambuf_iterator<char>( in ), {} };
+    return contentOf( sourcePath( "docs/errors.md" ) );
 }
 
-std::vector<Section> sectionsOf( const std::string& document ) {
-    std::vector<Section> sections( 1 );
-    std::istringstream in( document );
-    bool inBlock = false;
-    for ( std::string line; std::getline( in, line ); ) {
-        auto& blocks = sections.back().blocks;
-        if ( line.starts_with( "```" ) ) {
-            inBlock = !inBlock;
-            if ( inBlock )
-                blocks.push_back( { line.substr( 3 ), "" } );
-        } else if ( inBlock ) {
-            blocks.back().text += line + "\n";
-        } else if ( line.starts_with( "## " ) || line.starts_with( "### " ) ) {
-            sections.push_back( { line.substr( line.find( ' ' ) + 1 ), {} } );
-        }
-    }
-    EXPECT_FALSE( inBlock );
+std::vector<Section> sectionsOfDocument() {
+    const MarkdownFile document( "docs/errors.md" );
+    std::vector<Section> sections;
+    for ( const auto& heading : document.headings() )
+        sections.push_back( { heading, {} } );
+    for ( const auto& block : document.blocks() )
+        std::ranges::find( sections, block.section, &Section::heading )->blocks.push_back( block );
     return sections;
 }
 
@@ -110,19 +91,19 @@ void checkExamples( const Section& section ) {
     bool isShown = false;
     bool isPutRight = false;
     std::string printed;
-    for ( const Block& block : section.blocks ) {
-        constexpr std::string_view fileTag = "mountprofile file=";
-        if ( block.tag.starts_with( fileTag ) ) {
-            options.files[block.tag.substr( fileTag.size() )] = block.text;
-        } else if ( block.tag == "prints" ) {
+    for ( const MarkdownBlock& block : section.blocks ) {
+        constexpr std::string_view fileTag = "file=";
+        if ( block.info.starts_with( fileTag ) ) {
+            options.files[block.info.substr( fileTag.size() )] = block.text;
+        } else if ( block.language == "prints" ) {
             EXPECT_EQ( block.text, printed );
             isShown = isShown ||
                       ( section.isAboutOneText() && holdsInOrder( printed, fixedParts( section.heading ) ) );
         } else {
             const ParsedProfile parsed( block.text, options );
-            ASSERT_TRUE( block.tag == "mountprofile wrong" || block.tag == "mountprofile valid" )
-                << block.tag;
-            EXPECT_EQ( parsed.outcome(), block.tag.ends_with( "wrong" ) ? "invalid" : "valid" )
+            ASSERT_EQ( block.language, "mountprofile" );
+            ASSERT_TRUE( block.info == "wrong" || block.info == "valid" ) << block.info;
+            EXPECT_EQ( parsed.outcome(), block.info == "wrong" ? "invalid" : "valid" )
                 << block.text << parsed.description();
             isPutRight = isPutRight || ( isShown && parsed.outcome() == "valid" );
             printed = printedBy( parsed );
@@ -133,7 +114,7 @@ void checkExamples( const Section& section ) {
 }
 
 TEST( ErrorsDocument, ShowsWhatEachExamplePrints ) {
-    const auto sections = sectionsOf( documentText() );
+    const auto sections = sectionsOfDocument();
     EXPECT_GT( std::ranges::count_if( sections, &Section::isAboutOneText ), 30 );
     for ( const Section& section : sections )
         if ( !section.isAboutTheCommand() )
@@ -157,7 +138,7 @@ TEST( ErrorsDocument, HoldsEveryCodeOfAnErrorAndNoOther ) {
 }
 
 TEST( ErrorsDocument, PutsEveryTextUnderItsCode ) {
-    for ( const Section& section : sectionsOf( documentText() ) )
+    for ( const Section& section : sectionsOfDocument() )
         if ( section.isAboutOneText() ) {
             const std::string text = section.heading.substr( section.heading.find( '`' ) + 1 );
             EXPECT_EQ( Corvid::errorCodeOf( text ), section.heading.substr( 0, 5 ) ) << text;
