@@ -9,8 +9,9 @@ set_target_properties(Antlr3::Runtime PROPERTIES
     INTERFACE_INCLUDE_DIRECTORIES "${ANTLR3C_INCLUDE_DIR}")
 
 # antlr3_grammar(<variable> <grammar>): generates <name>Lexer.c, <name>Parser.c and their headers from a grammar, a
-# path below the source root, and sets <variable> to the directory that they are in. The tool runs from the source
-# root, because the path given to it becomes the grammar file name that lexer and parser report.
+# path below the source root, and sets <variable> to the directory that they are in. The target <name>_generated makes
+# them. The tool runs from the source root, because the path given to it becomes the grammar file name that lexer and
+# parser report.
 function(antlr3_grammar output_variable grammar)
     get_filename_component(name "${grammar}" NAME_WE)
     set(directory "${CMAKE_BINARY_DIR}/generated")
@@ -25,6 +26,8 @@ function(antlr3_grammar output_variable grammar)
         WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}"
         COMMENT "Generating lexer and parser from ${grammar}"
         VERBATIM)
+    # What reads the sources but compiles nothing needs no more than this target.
+    add_custom_target(${name}_generated DEPENDS ${generated})
     # Actions are C++.
     set_source_files_properties("${directory}/${name}Lexer.c" "${directory}/${name}Parser.c" PROPERTIES LANGUAGE CXX)
     set(${output_variable} "${directory}" PARENT_SCOPE)
