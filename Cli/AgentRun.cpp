@@ -3,6 +3,7 @@
 #include "Cli/CapturedErrors.h"
 
 #include <exception>
+#include <new>
 
 namespace Corvid::Cli {
 
@@ -25,6 +26,8 @@ AgentRun runAgentFile( const Stage& stage, const std::string& agentFile, RunObse
     run.handler->observerIs( observer );
     try {
         run.run();
+    } catch ( const std::bad_alloc& ) {
+        throw; // no matter of this file
     } catch ( const std::exception& exception ) {
         run.exception = exception.what();
     }

@@ -17,8 +17,14 @@ thread_local std::string* collected = nullptr;
 class CapturedErrors::Buffer : public std::streambuf {
   public:
     explicit Buffer( std::ostream& stream )
-        : stream_( stream ), behind_( stream.rdbuf( this ) ), tied_( stream.tie( nullptr ) ) {}
+        : stream_( stream ), behind_( stream.rdbuf( this ) ), tied_( stream.tie( nullptr ) ),
+          exceptions_( stream.exceptions() ) {
+        // A stream keeps exceptions to itself: no memory for a text would go unnoticed.
+        stream_.exceptions( std::ios::badbit );
+    }
     ~Buffer() override {
+        stream_.clear();
+        stream_.exceptions( exceptions_ );
         stream_.rdbuf( behind_ );
         stream_.tie( tied_ );
     }
@@ -49,6 +55,7 @@ class CapturedErrors::Buffer : public std::streambuf {
     std::ostream& stream_;
     std::streambuf* behind_;
     std::ostream* tied_; // a tied stream would be flushed by every thread that writes
+    std::ios::iostate exceptions_;
     std::mutex mutex_;
 };
 

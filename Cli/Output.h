@@ -15,6 +15,8 @@ class Output final : public TextSink {
     ~Output() override { flush(); }
 
     void flush();
+    /// Forgets what has not been written yet: of a document that cannot be finished.
+    void discard() noexcept { buffer_.clear(); }
 
     /// `errno` of the first write that failed, or 0.
     [[nodiscard]] int failure() const noexcept { return failure_; }

@@ -2,7 +2,10 @@
 
 #include "Cli/CommandCodes.h"
 
+#include <cerrno>
+#include <cstring>
 #include <exception>
+#include <new>
 #include <stdexcept>
 
 namespace Corvid::Cli {
@@ -29,13 +32,17 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
     } catch ( const CLI::CallForVersion& version ) {
         console.out.append( std::string( version.what() ) + "\n" );
         return ExitStatus::valid;
+    } catch ( const std::bad_alloc& ) {
+        console.out.discard();
+        console.complain( std::strerror( ENOMEM ) );
     } catch ( const std::runtime_error& error ) { // of the command line, or of the command
+        console.out.discard();
         console.complain( error.what(), usageCode );
-        return ExitStatus::trouble;
     } catch ( const std::exception& error ) {
+        console.out.discard();
         console.complain( error.what() );
-        return ExitStatus::trouble;
     }
+    return ExitStatus::trouble;
 }
 
 ExitStatus Program::runChosen( Console& console ) {

@@ -34,6 +34,7 @@ ExitStatus ShowCommand::run( Console& console ) {
     OriginRecord record;
     OriginRecord* origins = origin_ ? &record : nullptr;
     const AgentRun run = runAgentFile( stageOptions_.setUp(), file_, origins );
+    const std::string diagnostics = diagnosticsOf( run, mayBeColoured( console.err ) );
     if ( json_ && origins )
         writeJsonDocument( console.out, run,
                            [&record]( JsonWriter& json ) { writeJsonOrigins( json, record ); } );
@@ -42,7 +43,7 @@ ExitStatus ShowCommand::run( Console& console ) {
     else
         writeTree( console.out, run, mayBeColoured( console.out ), origins );
     console.out.flush();
-    console.err.append( diagnosticsOf( run, mayBeColoured( console.err ) ) );
+    console.err.append( diagnostics );
     return exitStatusFor( run.outcome );
 }
 

@@ -19,6 +19,7 @@ using Kiv::Embedded::ConfiguredPath;
 
 ConfiguredPath configuredPath( const std::string& line, const std::string& place ) {
     std::istringstream words( line );
+    words.exceptions( std::ios::badbit ); // no memory for a word must not look like no word
     std::string path;
     std::string type;
     std::string flags;

@@ -10,6 +10,16 @@ namespace Corvid {
 
 namespace {
 
+/// The error that reading a file to its end meets, or 0.
+int readError( int descriptor ) {
+    char part[1 << 12];
+    ssize_t count = 0;
+    do
+        count = ::read( descriptor, part, sizeof part );
+    while ( count > 0 || ( count < 0 && errno == EINTR ) );
+    return count < 0 ? errno : 0;
+}
+
 /// Why the library does not open a file; empty when nothing stands against it.
 std::string whyNotOpened( const std::string& fileName, std::size_t maxFileSize ) {
     struct stat status {};
@@ -22,17 +32,19 @@ std::string whyNotOpened( const std::string& fileName, std::size_t maxFileSize )
     const int descriptor = ::open( fileName.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK );
     if ( descriptor < 0 )
         return std::strerror( errno );
+    const bool isTooLarge = static_cast<std::size_t>( status.st_size ) > maxFileSize;
+    const int error = isTooLarge ? 0 : readError( descriptor );
     ::close( descriptor );
-    if ( static_cast<std::size_t>( status.st_size ) > maxFileSize )
+    if ( isTooLarge )
         return "Larger than " + std::to_string( maxFileSize ) + " bytes";
-    return {};
+    return error ? std::strerror( error ) : std::string();
 }
 
 } // namespace
 
 std::string whyUnreadable( const std::string& fileName, const std::string& exception,
                            std::size_t maxFileSize ) {
-    const std::string reason = whyNotOpened( fileName, maxFileSize );
+    std::string reason = whyNotOpened( fileName, maxFileSize );
     if ( !reason.empty() )
         return reason;
     if ( exception.find( ": runtime error while parsing " ) != std::string::npos )

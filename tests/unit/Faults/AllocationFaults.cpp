@@ -1,6 +1,7 @@
 #include "AllocationFaults.h"
 
 #include <atomic>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
@@ -18,6 +19,7 @@ void* allocate( std::size_t size ) {
         failed = true;
         if ( toBeThrown == CorvidTest::Thrown::somethingElse )
             throw 1;
+        errno = ENOMEM;
         throw std::bad_alloc();
     }
     void* memory = std::malloc( size ? size : 1 );

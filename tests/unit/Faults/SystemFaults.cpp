@@ -11,8 +11,16 @@
 
 namespace CorvidTest {
 
+void FaultyFunction::failBetween( long first, long last, int errorNumber ) noexcept {
+    calls = 0;
+    firstToFail = first;
+    lastToFail = last;
+    error = errorNumber;
+}
+
 bool FaultyFunction::fails() noexcept {
-    if ( ++calls != failing )
+    ++calls;
+    if ( calls < firstToFail || calls > lastToFail )
         return false;
     if ( error != 0 )
         errno = error;
@@ -26,6 +34,7 @@ FaultyFunction newParser{ "antlr3ParserNewStream" };
 FaultyFunction systemOpen{ "open" };
 FaultyFunction systemFstat{ "fstat" };
 FaultyFunction systemRead{ "read" };
+FaultyFunction systemWrite{ "write" };
 
 namespace {
 
@@ -97,5 +106,11 @@ ssize_t wrappedRead( int descriptor, void* buffer, std::size_t size ) {
     if ( systemRead.fails() )
         return -1;
     return realRead( descriptor, buffer, longestRead ? std::min( size, longestRead ) : size );
+}
+
+ssize_t realWrite( int, const void*, std::size_t ) asm( "__real_write" );
+ssize_t wrappedWrite( int, const void*, std::size_t ) asm( "__wrap_write" );
+ssize_t wrappedWrite( int descriptor, const void* buffer, std::size_t size ) {
+    return systemWrite.fails() ? -1 : realWrite( descriptor, buffer, size );
 }
 }

@@ -1,23 +1,28 @@
 #pragma once
 
+#include <limits>
+
 namespace CorvidTest {
 
 /// One function that the library calls, of the system or of the parser library. In the program that links
-/// SystemFaults.cpp one of its calls can be made to fail, without the function itself being called.
+/// SystemFaults.cpp its calls can be made to fail, without the function itself being called.
 struct FaultyFunction {
     const char* name = "";
-    int error = 0;    ///< what `errno` is then
-    long calls = 0;   ///< since the last call of `failAt`
-    long failing = 0; ///< the call that fails, counted from 1; 0 for none
+    int error = 0;        ///< what `errno` is then
+    long calls = 0;       ///< since it was last told to fail
+    long firstToFail = 0; ///< counted from 1; 0 for none
+    long lastToFail = 0;
 
-    void failAt( long call, int errorNumber = 0 ) noexcept {
-        calls = 0;
-        failing = call;
-        error = errorNumber;
+    void failAt( long call, int errorNumber = 0 ) noexcept { failBetween( call, call, errorNumber ); }
+    void failFrom( long call, int errorNumber ) noexcept {
+        failBetween( call, std::numeric_limits<long>::max(), errorNumber );
     }
-    [[nodiscard]] bool hasFailed() const noexcept { return failing != 0 && calls >= failing; }
-    /// For the wrapper: counts a call. @return whether it is the one that fails.
+    [[nodiscard]] bool hasFailed() const noexcept { return firstToFail != 0 && calls >= firstToFail; }
+    /// For the wrapper: counts a call. @return whether it is one that fails.
     bool fails() noexcept;
+
+  private:
+    void failBetween( long first, long last, int errorNumber ) noexcept;
 };
 
 // Of the parser library; they answer null for a failure.
@@ -29,6 +34,7 @@ extern FaultyFunction newParser;
 extern FaultyFunction systemOpen;
 extern FaultyFunction systemFstat;
 extern FaultyFunction systemRead;
+extern FaultyFunction systemWrite;
 
 /// Lets every read yield at most so many bytes; 0 for no such limit.
 void readsAtMost( unsigned long bytes ) noexcept;
