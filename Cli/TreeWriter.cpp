@@ -159,13 +159,13 @@ void Writer::mounts( const PassiveMountGroup& group ) {
     const auto widen = []( std::size_t& column, std::string_view text ) {
         column = std::clamp( printableWidth( text ), column, widestColumn );
     };
-    for ( const auto& [path, mount] : group.mountProfile() ) {
-        widen( columns.path, path );
+    for ( const Mount& mount : group.mountProfile() ) {
+        widen( columns.path, mount.path() );
         widen( columns.type, mount.type() );
         if ( mount.mountFilter().enabled() || notes_.areGiven() )
             widen( columns.flags, mount.flags() );
     }
-    for ( const auto& [path, mount] : group.mountProfile() )
+    for ( const Mount& mount : group.mountProfile() )
         this->mount( group, mount, columns );
 }
 

@@ -78,7 +78,7 @@ void Writer::mountGroup( const PassiveMountGroup& group ) {
     key( ", ", "templateConditionCol" );
     map( group.templateConditionCol() );
     key( ",\n       ", "mountProfile" );
-    list( '[', ']', ",", group.mountProfile(), [this]( const auto& item ) { mount( item.second ); } );
+    list( '[', ']', ",", group.mountProfile(), [this]( const auto& item ) { mount( item ); } );
     append( '}' );
 }
 

@@ -14,7 +14,8 @@ void MountProfileHdlr::addMount( const std::string& path, const std::string& typ
     if ( !validateFlags( flags ) )
         return;
     HDLR_ASSERT( currMg_ && currMg_->parent(), R"(currMg && currMg->parent() && "currMg is NULL.")" );
-    const Mount* existing = currMg_->mountProfile( normalised );
+    const MountsByPath::Place place = currMg_->mountPlace( normalised );
+    const Mount* const existing = place.mount();
     if ( existing && existing->type() != type ) {
         constructHdlrException( "Path " + std::string( normalised ) + " is already present with type: " +
                                 existing->type().str() + ". Mismatched type: " + type );
@@ -35,7 +36,7 @@ void MountProfileHdlr::addMount( const std::string& path, const std::string& typ
     }
     if ( observer_ )
         observer_->mountAdded( { *currMg_, existing, mount, flags, mountFilter, statementOrigin() } );
-    currMg_->mountProfileIs( std::move( mount ) );
+    currMg_->mountProfileIs( place, std::move( mount ) );
 }
 
 } // namespace Corvid

@@ -2,7 +2,7 @@
 
 #include "Kiv/Entity.h"
 #include "ProfileStore/Export.h"
-#include "ProfileStore/Mount.h"
+#include "ProfileStore/MountsByPath.h"
 
 #include <map>
 #include <vector>
@@ -14,7 +14,6 @@ class PassiveAgentProfile;
 /// A prioritised set of mounts, maybe waiting on conditions. Member of a profile.
 class CORVID_API PassiveMountGroup : public Kiv::Entity {
   public:
-    using MountMap = std::map<Kiv::String8, Mount, std::less<>>;
     using ConditionQueue = std::vector<Kiv::String8>;
     using TemplateConditionMap = std::map<Kiv::String8, bool>;
 
@@ -29,12 +28,24 @@ class CORVID_API PassiveMountGroup : public Kiv::Entity {
     [[nodiscard]] unsigned priority() const noexcept { return priority_; }
 
     /// The mounts by path, ordered byte-wise.
-    [[nodiscard]] const MountMap& mountProfile() const noexcept { return mountProfile_; }
-    /// The mount at a path, or null. Valid until that entry is replaced.
-    [[nodiscard]] const Mount* mountProfile( std::string_view path ) const noexcept;
+    [[nodiscard]] const MountsByPath& mountProfile() const noexcept { return mountProfile_; }
+    /// The mount at a path, or null. Valid until the group's mounts change.
+    [[nodiscard]] const Mount* mountProfile( std::string_view path ) const noexcept {
+        return mountProfile_.find( path );
+    }
     /// Inserts a mount under its path, or replaces the one that is there.
     void mountProfileIs( const Mount& mount ) { mountProfileIs( Mount( mount ) ); }
-    void mountProfileIs( Mount&& mount );
+    void mountProfileIs( Mount&& mount ) {
+        const MountsByPath::Place place = mountPlace( mount.path() );
+        mountProfileIs( place, std::move( mount ) );
+    }
+    /// The same in two steps, for who has to know first what is there: one search serves both.
+    [[nodiscard]] MountsByPath::Place mountPlace( std::string_view path ) noexcept {
+        return mountProfile_.place( path );
+    }
+    void mountProfileIs( const MountsByPath::Place& place, Mount&& mount ) {
+        mountProfile_.assign( place, std::move( mount ) );
+    }
 
     /// The single conditions, in the order given.
     [[nodiscard]] const ConditionQueue& conditionCol() const noexcept { return conditionCol_; }
@@ -62,12 +73,10 @@ class CORVID_API PassiveMountGroup : public Kiv::Entity {
   private:
     friend class PassiveAgentProfile;
 
-    [[nodiscard]] bool belongsAtEnd( std::string_view path ) const noexcept;
-
     Kiv::Name name_;
     unsigned priority_;
     PassiveAgentProfile* parent_ = nullptr;
-    MountMap mountProfile_;
+    MountsByPath mountProfile_;
     ConditionQueue conditionCol_;
     Kiv::String8 entireCondition_;
     TemplateConditionMap templateConditionCol_;

@@ -18,8 +18,8 @@ class LoadedProfile : public LoadedMounts {
     void visit( const MountVisitor& visitor ) const override {
         for ( const auto& [agent, profile] : profiles_->agentProfile() )
             for ( const auto& [name, group] : profile->mountGroup() )
-                for ( const auto& [path, mount] : group->mountProfile() )
-                    visitor( path, mount.type(), mount.flags() );
+                for ( const Corvid::Mount& mount : group->mountProfile() )
+                    visitor( mount.path(), mount.type(), mount.flags() );
     }
 
   private:

@@ -25,7 +25,7 @@ install_missing() {
     if [ "$(id -u)" -eq 0 ]; then as_root=; else as_root=sudo; fi
     # The list is of words.
     # shellcheck disable=SC2086
-    $as_root apt-get install -y --no-install-recommends $missing
+    $as_root apt-get -o DPkg::Lock::Timeout=120 install -y --no-install-recommends $missing
 }
 
 peers=OFF

@@ -21,8 +21,8 @@ GroupRecord plain( const Corvid::PassiveMountGroup& group ) {
         out.conditions.push_back( condition.str() );
     for ( const auto& [condition, value] : group.templateConditionCol() )
         out.templateConditions[condition.str()] = value;
-    for ( const auto& [path, mount] : group.mountProfile() )
-        out.mounts[path.str()] = plain( mount );
+    for ( const Corvid::Mount& mount : group.mountProfile() )
+        out.mounts[mount.path().str()] = plain( mount );
     return out;
 }
 

@@ -107,7 +107,7 @@ inline std::string dumpedConditions( const Corvid::PassiveMountGroup& group ) {
 
 inline std::string dumpedMounts( const Corvid::PassiveMountGroup& group ) {
     std::string text;
-    for ( const auto& [path, mount] : group.mountProfile() )
+    for ( const auto& mount : group.mountProfile() )
         text += dumped( mount ) + "\n";
     return text;
 }

@@ -75,8 +75,8 @@ void dump( std::ostream& out, const MountFilter& filter ) {
 void dump( std::ostream& out, const PassiveMountGroup& group ) {
     out << group.name() << " " << group.priority() << " " << group.blockingConditional() << " "
         << group.entireCondition() << "\n";
-    for ( const auto& [path, mount] : group.mountProfile() ) {
-        out << "  " << path << " " << mount.path() << " " << mount.type() << " " << mount.flags() << " ";
+    for ( const Mount& mount : group.mountProfile() ) {
+        out << "  " << mount.path() << " " << mount.type() << " " << mount.flags() << " ";
         dump( out, mount.mountFilter() );
         out << "\n";
     }
@@ -109,6 +109,7 @@ struct Records {
     Ptr<PassiveAgentProfileDir> directory{ new PassiveAgentProfileDir };
     Ptr<PassiveAgentProfile> fan = directory->agentProfileIs( Name( "Fan" ) );
     Ptr<PassiveMountGroup> all = fan->mountGroupIs( Name( "all" ), 99 );
+    Ptr<PassiveMountGroup> full = fan->mountGroupIs( Name( "full" ), 1 ); ///< mounts fill a block
     MountFilter fresh;
     MountFilter shared;
     MountFilter own;
@@ -121,6 +122,8 @@ struct Records {
         Mount mount( "b", "T", "r" );
         mount.mountFilterIs( shared );
         all->mountProfileIs( mount );
+        for ( char path = 'A'; path < 'A' + 32; ++path )
+            full->mountProfileIs( Mount( std::string( 1, path ), "T", "r" ) );
         all->conditionColEnq( "condition" );
         all->templateConditionColIs( "template", true );
     }
@@ -144,6 +147,8 @@ const std::vector<Operation>& operations() {
     static const String8 text( "text" );
     static const Mount newMount( "a", "T", "r" );
     static const Mount otherMount( "b", "U", "w" );
+    static const Mount midMount( "H/", "T", "r" );
+    static const Mount lastMount( "z", "T", "r" );
     static const AttrFilter newFilter( "z", "2" );
     static const AttrFilter otherFilter( "a", "2" );
     static const std::vector<Operation> all{
@@ -156,6 +161,10 @@ const std::vector<Operation>& operations() {
         { "aliasKeyIs", []( Records& r ) { r.fan->aliasKeyIs( text, text ); }, true },
         { "mountProfileIs", []( Records& r ) { r.all->mountProfileIs( newMount ); }, true },
         { "mountProfileIs again", []( Records& r ) { r.all->mountProfileIs( otherMount ); }, false },
+        { "mountProfileIs behind a full block", []( Records& r ) { r.full->mountProfileIs( lastMount ); },
+          true },
+        { "mountProfileIs within a full block", []( Records& r ) { r.full->mountProfileIs( midMount ); },
+          true },
         { "conditionColEnq", []( Records& r ) { r.all->conditionColEnq( text ); }, true },
         { "entireConditionIs", []( Records& r ) { r.all->entireConditionIs( text ); }, false },
         { "templateConditionColIs", []( Records& r ) { r.all->templateConditionColIs( text, true ); }, true },
@@ -199,7 +208,7 @@ TEST( ProfileStoreMemory, AnOperationThatRunsOutOfMemoryLeavesAllRecordsAsTheyWe
     }
 }
 
-TEST( ProfileStoreMemory, AMountTakesOneNodeAndOneTextAndCopiesOfItNothing ) {
+TEST( ProfileStoreMemory, AMountTakesAPlaceAndOneTextAndCopiesOfItNothing ) {
     const String8 type( "Kiv::Entity" );
     const String8 flags( "riw" );
     const Ptr<PassiveMountGroup> group( new PassiveMountGroup( Name( "all" ), 99 ) );
@@ -212,13 +221,13 @@ TEST( ProfileStoreMemory, AMountTakesOneNodeAndOneTextAndCopiesOfItNothing ) {
         group->mountProfileIs( Mount( String8( path ), type, flags ) );
     }
     ASSERT_EQ( group->mountProfile().size(), mounts );
-    ASSERT_EQ( group->mountProfile().begin()->first.size(), 30U );
-    EXPECT_EQ( allocator.count, 2 * mounts );
-    EXPECT_LE( allocator.bytes / mounts, 120U );
+    ASSERT_EQ( group->mountProfile().begin()->path().size(), 30U );
+    EXPECT_LE( allocator.count, mounts + mounts / 10 ); // blocks of many mounts, and a text for each
+    EXPECT_LE( allocator.bytes / mounts, 80U );
     allocator.count = 0;
-    const Mount copy( group->mountProfile().begin()->second );
+    const Mount copy( *group->mountProfile().begin() );
     EXPECT_EQ( allocator.count, 0U );
-    EXPECT_EQ( copy, group->mountProfile().begin()->second );
+    EXPECT_EQ( copy, *group->mountProfile().begin() );
 }
 
 TEST( ProfileStoreMemory, AnAbsentFilterTakesOnePointer ) {
