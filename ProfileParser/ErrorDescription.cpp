@@ -185,6 +185,24 @@ void setParserErrorDesc( mountProfileParser_Ctx_struct* ctx, pANTLR3_UINT8* toke
     ErrorDescription::details( *ctx->hdlr ).code = errorCodeOf( message );
 }
 
+namespace {
+
+/// Asks the library, which looks at its own stack of follow sets: gives it the rules'.
+bool isMissingToken( pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_STREAM tokens,
+                     pANTLR3_BITSET_LIST follow ) {
+    const pANTLR3_PARSER parser = static_cast<pANTLR3_PARSER>( recognizer->super );
+    const auto& ctx = *static_cast<mountProfileParser_Ctx_struct*>( parser->super );
+    const pANTLR3_STACK stack = recognizer->state->following;
+    for ( ANTLR3_UINT32 i = 0; i < ctx.followCount; ++i )
+        stack->push( stack, ctx.follows[i], nullptr );
+    const bool missing = recognizer->mismatchIsMissingToken( recognizer, tokens, follow ) == ANTLR3_TRUE;
+    for ( ANTLR3_UINT32 i = 0; i < ctx.followCount; ++i )
+        stack->pop( stack );
+    return missing;
+}
+
+} // namespace
+
 void mismatch( pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_UINT32 expectedType, pANTLR3_BITSET_LIST follow ) {
     antlr3MTExceptionNew( recognizer );
     const pANTLR3_EXCEPTION exception = recognizer->state->exception;
@@ -193,7 +211,7 @@ void mismatch( pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_UINT32 expectedType, p
     if ( recognizer->mismatchIsUnwantedToken( recognizer, tokens, expectedType ) ) {
         exception->type = ANTLR3_UNWANTED_TOKEN_EXCEPTION;
         exception->name = const_cast<char*>( ANTLR3_UNWANTED_TOKEN_EXCEPTION_NAME );
-    } else if ( recognizer->mismatchIsMissingToken( recognizer, tokens, follow ) ) {
+    } else if ( isMissingToken( recognizer, tokens, follow ) ) {
         exception->type = ANTLR3_MISSING_TOKEN_EXCEPTION;
         exception->name = const_cast<char*>( ANTLR3_MISSING_TOKEN_EXCEPTION_NAME );
     }

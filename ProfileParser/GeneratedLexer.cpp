@@ -48,7 +48,7 @@ void GeneratedLexer::placeIs( const TokenScanner::Place& place ) noexcept {
     file_->nextChar = const_cast<char*>( place.next );
     file_->currentLine = const_cast<char*>( place.lineStart );
     file_->line = place.line;
-    file_->charPositionInLine = place.charPositionInLine( place.next );
+    file_->charPositionInLine = place.charPositionInLine();
 }
 
 bool GeneratedLexer::isPastFile() const noexcept {

@@ -15,30 +15,18 @@ std::string_view tokenText( pANTLR3_COMMON_TOKEN token ) {
     return { first, static_cast<std::size_t>( last + 1 - first ) };
 }
 
-namespace {
-
-/// Whether the tokens of a window stand side by side in the file: then their joined text is one piece of it.
-bool areAdjacent( const TokenWindow& window, pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop ) {
-    ANTLR3_MARKER next = start->stop + 1;
-    for ( ANTLR3_MARKER index = start->index + 1; index <= stop->index; ++index ) {
-        const pANTLR3_COMMON_TOKEN token = window.tokenAt( index );
-        if ( token->start != next )
-            return false;
-        next = token->stop + 1;
-    }
-    return true;
-}
-
-} // namespace
-
 void setRuleText( std::string& text, mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start,
                   pANTLR3_COMMON_TOKEN stop ) {
-    if ( start == stop || ( ctx->window && areAdjacent( *ctx->window, start, stop ) ) ) {
+    if ( start == stop || ( ctx->window && ctx->window->areAdjacent( start, stop ) ) ) {
         text.assign( reinterpret_cast<const char*>( start->start ),
                      static_cast<std::size_t>( stop->stop + 1 - start->start ) );
         return;
     }
     text.clear();
+    if ( ctx->window ) {
+        ctx->window->appendTexts( text, start, stop );
+        return;
+    }
     const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
     for ( ANTLR3_MARKER index = start->index; index <= stop->index; ++index )
         text += tokenText( tokens->get( tokens, static_cast<ANTLR3_UINT32>( index ) ) );

@@ -28,6 +28,7 @@ ParseSession::ParseSession( MountProfileHdlr& hdlr, const std::string& fileName,
     parser_->window = window_ ? &*window_ : nullptr;
     parser_->line = &line_;
     parser_->state = parser_->pParser->rec->state;
+    parser_->pParser->super = parser_.get();
     parser_->hdlr = &hdlr;
     parser_->reportError = reportParserError;
     parser_->setErrorDesc = setParserErrorDesc;
@@ -39,7 +40,13 @@ ParseSession::ParseSession( MountProfileHdlr& hdlr, const std::string& fileName,
 
 ParseSession::~ParseSession() = default;
 
+void ParseSession::begin() {
+    if ( window_ )
+        window_->begin();
+}
+
 void ParseSession::parse( bool isInclude ) {
+    begin();
     parser_->profile( parser_.get(), isInclude );
     finishLexing( parser_.get() ); // a file without a title line is not read to its end
 }

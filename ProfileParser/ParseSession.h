@@ -34,8 +34,10 @@ class ParseSession {
 
     [[nodiscard]] mountProfileParser_Ctx_struct* parser() const noexcept { return parser_.get(); }
 
-    /// Runs the start rule. Syntax errors are in the handler afterwards; what its operations throw passes
-    /// through.
+    /// Reads the first tokens, before any rule is called. Reports lexer errors that it meets.
+    void begin();
+    /// Begins, and runs the start rule. Syntax errors are in the handler afterwards; what its operations
+    /// throw passes through.
     void parse( bool isInclude );
 
   private:

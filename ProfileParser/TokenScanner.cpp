@@ -1,7 +1,7 @@
 #include "ProfileParser/TokenScanner.h"
 
+#include <algorithm>
 #include <array>
-#include <cstring>
 
 #include "ProfileParser/GeneratedParser.h"
 
@@ -9,12 +9,11 @@ namespace Corvid {
 
 namespace {
 
-/// What a character can begin. `other` covers what begins no token, or one that may be an error.
+/// What a character can begin. `other` covers what begins no token, or one that may be an error, and what is
+/// skipped.
 enum Class : std::uint8_t {
     other,
     blank,
-    comment,
-    continuation,
     lineEnd,
     letter,
     digit,
@@ -43,8 +42,6 @@ struct CharacterTable {
             classOf[index( c )] = pair;
         for ( const char c : { '!', '<', '>' } )
             classOf[index( c )] = relation;
-        classOf[index( '#' )] = comment;
-        classOf[index( '\\' )] = continuation;
         classOf[index( '"' )] = quote;
         for ( std::size_t i = 0; i < singleCharacters.size(); ++i ) {
             classOf[index( singleCharacters[i] )] = single;
@@ -69,8 +66,8 @@ struct CharacterTable {
 
 constexpr CharacterTable table;
 
-Class classOf( char c ) noexcept {
-    return static_cast<Class>( table.classOf[CharacterTable::index( c )] );
+std::uint8_t classOf( char c ) noexcept {
+    return table.classOf[CharacterTable::index( c )];
 }
 
 bool isDigit( char c ) noexcept {
@@ -102,22 +99,23 @@ constexpr std::array<Word, 15> words{ {
     { "subagent", SUBAGENT, true },
 } };
 
-/// The words that begin with one letter.
+/// The words that begin with one character.
 struct WordRange {
+    std::uint64_t lengths = 0; ///< bit n for words of n characters: most identifiers end here
     std::uint8_t first = 0;
-    std::uint8_t last = 0;     ///< behind the range
-    std::uint32_t lengths = 0; ///< bit n for words of n characters: most identifiers end here
+    std::uint8_t last = 0; ///< behind the range
 };
 
-constexpr std::array<WordRange, 26> wordsByFirstLetter = [] {
-    std::array<WordRange, 26> ranges{};
-    for ( std::uint8_t i = 0; i < words.size(); ++i ) {
-        WordRange& range = ranges[static_cast<std::size_t>( words[i].spelling.front() - 'a' )];
-        if ( range.last == 0 )
-            range.first = i;
-        range.last = i + 1;
-        range.lengths |= 1U << words[i].spelling.size();
-    }
+constexpr std::array<WordRange, 256> wordsByFirst = [] {
+    std::array<WordRange, 256> ranges{};
+    for ( std::uint8_t i = 0; i < words.size(); ++i )
+        for ( const int first : { words[i].spelling.front() - 'a' + 'A', words[i].spelling.front() + 0 } ) {
+            WordRange& range = ranges[static_cast<std::size_t>( first )];
+            if ( range.last == 0 )
+                range.first = i;
+            range.last = i + 1;
+            range.lengths |= std::uint64_t{ 1 } << words[i].spelling.size();
+        }
     return ranges;
 }();
 
@@ -137,93 +135,109 @@ bool spells( const Word& word, std::string_view text ) noexcept {
 }
 
 /// The type of an identifier-like text that begins with a letter.
-std::uint32_t wordType( std::string_view text ) noexcept {
-    const WordRange& range = wordsByFirstLetter[static_cast<std::size_t>( lowerCase( text.front() ) - 'a' )];
-    if ( text.size() < 32 && ( range.lengths >> text.size() & 1U ) != 0 )
+std::uint32_t wordType( const char* start, const char* end ) noexcept {
+    const WordRange& range = wordsByFirst[CharacterTable::index( *start )];
+    const auto length = static_cast<std::size_t>( end - start );
+    // Lengths from 64 on meet some wrong bit, which costs time only.
+    if ( ( range.lengths >> ( length % 64 ) & 1U ) != 0 )
         for ( std::uint8_t i = range.first; i < range.last; ++i )
-            if ( spells( words[i], text ) )
+            if ( spells( words[i], { start, length } ) )
                 return words[i].type;
-    return text.front() <= 'Z' ? UIDENT : LIDENT;
+    return *start <= 'Z' ? UIDENT : LIDENT;
 }
 
-} // namespace
-
+/// Behind the characters from a place on that belong to a kind; a text's end does not belong to any.
 template <class Belongs>
-const char* TokenScanner::runEnd( const char* at, Belongs belongs ) const noexcept {
-    while ( at != end_ && belongs( *at ) )
+const char* runEnd( const char* at, Belongs belongs ) noexcept {
+    while ( belongs( *at ) )
         ++at;
     return at;
 }
 
-inline TokenScanner::Result TokenScanner::tokenIs( ANTLR3_COMMON_TOKEN& token, std::uint32_t type,
-                                                   const char* end ) noexcept {
-    const char* const start = place_.next;
-    token.type = type;
-    token.line = place_.line;
-    token.charPosition = place_.charPositionInLine( start );
-    token.start = reinterpret_cast<ANTLR3_MARKER>( start );
-    token.stop = reinterpret_cast<ANTLR3_MARKER>( end - 1 );
-    place_.next = end;
-    return Result::token;
+} // namespace
+
+struct TokenScanner::Scanned {
+    std::uint32_t type = 0;
+    const char* end = nullptr; ///< null for what is not plain
+};
+
+/// The token that begins at a character of that class.
+inline TokenScanner::Scanned TokenScanner::scan( const char* at,
+                                                 std::uint8_t characterClass ) const noexcept {
+    switch ( characterClass ) {
+    case letter: {
+        const char* const end =
+            runEnd( at + 1, []( char c ) { return table.continuesIdentifier[CharacterTable::index( c )]; } );
+        return { wordType( at, end ), end };
+    }
+    case single:
+        return { table.singleType[CharacterTable::index( *at )], at + 1 };
+    case pair: {
+        const bool doubled = at[1] == *at;
+        const std::uint32_t type = *at == ':' ? ( doubled ? DOUBLECOLON : COLON ) : ( doubled ? OP : EQUAL );
+        return { type, at + 1 + doubled };
+    }
+    case digit:
+        return scanNumber( at );
+    case lineEnd:
+        return { NEWLN, at + 1 };
+    case quote:
+        return scanString( at );
+    case relation:
+        return scanOperator( at );
+    default:
+        return {};
+    }
 }
 
-inline TokenScanner::Result TokenScanner::scan( ANTLR3_COMMON_TOKEN& token ) noexcept {
-    while ( place_.next != end_ ) {
-        switch ( classOf( *place_.next ) ) {
-        case blank:
-            place_.next = runEnd( place_.next + 1, []( char c ) { return c == ' ' || c == '\t'; } );
-            break;
-        case comment:
-        case continuation:
+TokenScanner::Result TokenScanner::scanLine( pANTLR3_COMMON_TOKEN& next,
+                                             const ANTLR3_COMMON_TOKEN* last ) noexcept {
+    // In registers; place_ gets the first before anyone looks there.
+    const char* at = place_.next;
+    std::uint32_t line = place_.line;
+    const char* columnZero = place_.columnZero();
+    while ( next != last ) {
+        const std::uint8_t characterClass = classOf( *at );
+        if ( characterClass == blank ) {
+            ++at;
+            continue;
+        }
+        const Scanned token = scan( at, characterClass );
+        if ( !token.end ) {
+            place_.next = at;
+            if ( at == end_ )
+                return Result::endOfText;
             if ( !skipped() )
                 return Result::notPlain;
-            break;
-        case lineEnd:
-            tokenIs( token, NEWLN, place_.next + 1 );
-            if ( place_.next[-1] == '\n' )
-                beginLineAt( place_.next );
-            return Result::token;
-        case letter: {
-            const char* end = place_.next + 1;
-            while (
-                table.continuesIdentifier[CharacterTable::index( *end )] ) // the NUL behind the text does not
-                ++end;
-            return tokenIs( token, wordType( { place_.next, end } ), end );
+            at = place_.next;
+            line = place_.line;
+            columnZero = place_.columnZero();
+            continue;
         }
-        case single:
-            return tokenIs( token, table.singleType[CharacterTable::index( *place_.next )], place_.next + 1 );
-        case digit:
-            return scanNumber( token );
-        case quote:
-            return scanString( token );
-        case pair:
-            return scanPair( token );
-        case relation:
-            return scanOperator( token );
-        case other:
-            return Result::notPlain;
-        }
-    }
-    return Result::endOfText;
-}
-
-TokenScanner::Result TokenScanner::scanLine( std::span<const pANTLR3_COMMON_TOKEN> slots,
-                                             std::size_t& count ) noexcept {
-    for ( count = 0; count < slots.size(); ++count ) {
-        if ( const Result result = scan( *slots[count] ); result != Result::token )
-            return result;
-        if ( slots[count]->type == NEWLN ) {
-            ++count;
+        next->type = token.type;
+        next->line = line;
+        next->charPosition = static_cast<std::int32_t>( at - columnZero );
+        next->start = reinterpret_cast<ANTLR3_MARKER>( at );
+        next->stop = reinterpret_cast<ANTLR3_MARKER>( token.end - 1 );
+        ++next;
+        at = token.end;
+        if ( token.type == NEWLN ) {
+            if ( at[-1] == '\n' )
+                beginLineAt( at );
             break;
         }
     }
+    place_.next = at;
     return Result::token;
 }
 
 /// Skips a comment with its line end, or a backslash with the line end behind it; both may stand at the end
-/// of the text.
+/// of the text. @return false, at the same place, when that is not what stands there.
 bool TokenScanner::skipped() noexcept {
-    const char* end = *place_.next == '#' ? commentEnd() : place_.next + 1;
+    const char first = *place_.next;
+    if ( first != '#' && first != '\\' )
+        return false;
+    const char* end = first == '#' ? commentEnd() : place_.next + 1;
     if ( end != end_ ) {
         if ( *end != '\n' )
             return false;
@@ -236,7 +250,8 @@ bool TokenScanner::skipped() noexcept {
 
 /// Where a comment's line end should be: behind one CR at most.
 const char* TokenScanner::commentEnd() const noexcept {
-    const char* const end = runEnd( place_.next, []( char c ) { return c != '\n' && c != '\r'; } );
+    const char* const end =
+        std::find_if( place_.next, end_, []( char c ) { return c == '\n' || c == '\r'; } );
     return end != end_ && *end == '\r' ? end + 1 : end;
 }
 
@@ -245,41 +260,30 @@ void TokenScanner::beginLineAt( const char* at ) noexcept {
     ++place_.line;
 }
 
-TokenScanner::Result TokenScanner::scanNumber( ANTLR3_COMMON_TOKEN& token ) noexcept {
-    const char* const end = runEnd( place_.next, isDigit );
-    if ( end == end_ )
-        return tokenIs( token, INT, end );
+TokenScanner::Scanned TokenScanner::scanNumber( const char* start ) noexcept {
+    const char* const end = runEnd( start, isDigit );
     if ( *end == '.' ) { // nothing but a fraction may follow the dot
         const char* const fractionEnd = runEnd( end + 1, isDigit );
-        return fractionEnd == end + 1 ? Result::notPlain : tokenIs( token, FLOAT, fractionEnd );
+        return fractionEnd == end + 1 ? Scanned{} : Scanned{ FLOAT, fractionEnd };
     }
-    if ( lowerCase( *end ) == 'x' && end == place_.next + 1 && *place_.next == '0' ) {
+    if ( lowerCase( *end ) == 'x' && end == start + 1 && *start == '0' ) {
         const char* const hexEnd =
             runEnd( end + 1, []( char c ) { return table.isHexDigit[CharacterTable::index( c )]; } );
-        return hexEnd == end + 1 ? Result::notPlain : tokenIs( token, HEX, hexEnd );
+        return hexEnd == end + 1 ? Scanned{} : Scanned{ HEX, hexEnd };
     }
-    return tokenIs( token, INT, end );
+    return { INT, end };
 }
 
-TokenScanner::Result TokenScanner::scanString( ANTLR3_COMMON_TOKEN& token ) noexcept {
-    const char* const end = runEnd( place_.next + 1, []( char c ) { return c != '"' && c != '\n'; } );
-    return end == end_ || *end == '\n' ? Result::notPlain : tokenIs( token, STRING, end + 1 );
+TokenScanner::Scanned TokenScanner::scanString( const char* start ) const noexcept {
+    const char* const end = std::find_if( start + 1, end_, []( char c ) { return c == '"' || c == '\n'; } );
+    return end == end_ || *end == '\n' ? Scanned{} : Scanned{ STRING, end + 1 };
 }
 
-TokenScanner::Result TokenScanner::scanPair( ANTLR3_COMMON_TOKEN& token ) noexcept {
-    const char* const at = place_.next;
-    const bool doubled = at + 1 != end_ && at[1] == *at;
-    if ( *at == ':' )
-        return tokenIs( token, doubled ? DOUBLECOLON : COLON, at + 1 + doubled );
-    return tokenIs( token, doubled ? OP : EQUAL, at + 1 + doubled );
-}
-
-TokenScanner::Result TokenScanner::scanOperator( ANTLR3_COMMON_TOKEN& token ) noexcept {
-    const char* const at = place_.next;
-    const bool withEqual = at + 1 != end_ && at[1] == '=';
-    if ( *at == '!' && !withEqual )
-        return Result::notPlain;
-    return tokenIs( token, OP, at + 1 + withEqual );
+TokenScanner::Scanned TokenScanner::scanOperator( const char* start ) noexcept {
+    const bool withEqual = start[1] == '=';
+    if ( *start == '!' && !withEqual )
+        return {};
+    return { OP, start + 1 + withEqual };
 }
 
 } // namespace Corvid

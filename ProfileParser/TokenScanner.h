@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 #include <antlr3.h>
@@ -20,10 +19,11 @@ class TokenScanner {
         const char* lineStart; ///< the first character of its line
         std::uint32_t line;    ///< from 1
 
-        /// The library's streams start at position −1, so on a file's first line all positions are one too
-        /// low.
-        [[nodiscard]] std::int32_t charPositionInLine( const char* at ) const noexcept {
-            return static_cast<std::int32_t>( at - lineStart ) - ( line == 1 ? 1 : 0 );
+        /// Where position 0 of the line would be. The library's streams start at position −1, so on a file's
+        /// first line all positions are one too low.
+        [[nodiscard]] const char* columnZero() const noexcept { return lineStart + ( line == 1 ? 1 : 0 ); }
+        [[nodiscard]] std::int32_t charPositionInLine() const noexcept {
+            return static_cast<std::int32_t>( next - columnZero() );
         }
     };
 
@@ -33,27 +33,27 @@ class TokenScanner {
     explicit TokenScanner( std::string_view text ) noexcept
         : place_{ text.data(), text.data(), 1 }, end_( text.data() + text.size() ) {}
 
-    /// Reads tokens to the end of the line, but at most as many as there are slots; skips white space,
-    /// comments and line continuations. `notPlain` when that meets something that may be an error; `place()`
-    /// is then where the generated lexer has to go on.
-    /// @param slots receive type, line, position, start and stop. @param count receives how many were filled.
-    Result scanLine( std::span<const pANTLR3_COMMON_TOKEN> slots, std::size_t& count ) noexcept;
+    /// Reads tokens to the end of the line, but not beyond `last`; skips white space, comments and line
+    /// continuations. `notPlain` when that meets something that may be an error; `place()` is then where the
+    /// generated lexer has to go on.
+    /// @param next the first token to be set (type, line, position, start and stop); is moved behind the last
+    /// one
+    ///     that was.
+    Result scanLine( pANTLR3_COMMON_TOKEN& next, const ANTLR3_COMMON_TOKEN* last ) noexcept;
 
     [[nodiscard]] const Place& place() const noexcept { return place_; }
     void placeIs( const Place& place ) noexcept { place_ = place; }
 
   private:
-    [[nodiscard]] Result scan( ANTLR3_COMMON_TOKEN& token ) noexcept;
+    struct Scanned; ///< a token's type and end
+
     [[nodiscard]] bool skipped() noexcept;
     [[nodiscard]] const char* commentEnd() const noexcept;
     void beginLineAt( const char* at ) noexcept;
-    Result tokenIs( ANTLR3_COMMON_TOKEN& token, std::uint32_t type, const char* end ) noexcept;
-    [[nodiscard]] Result scanNumber( ANTLR3_COMMON_TOKEN& token ) noexcept;
-    [[nodiscard]] Result scanString( ANTLR3_COMMON_TOKEN& token ) noexcept;
-    [[nodiscard]] Result scanPair( ANTLR3_COMMON_TOKEN& token ) noexcept;
-    [[nodiscard]] Result scanOperator( ANTLR3_COMMON_TOKEN& token ) noexcept;
-    template <class Belongs>
-    [[nodiscard]] const char* runEnd( const char* at, Belongs belongs ) const noexcept;
+    [[nodiscard]] Scanned scan( const char* at, std::uint8_t characterClass ) const noexcept;
+    [[nodiscard]] static Scanned scanNumber( const char* start ) noexcept;
+    [[nodiscard]] Scanned scanString( const char* start ) const noexcept;
+    [[nodiscard]] static Scanned scanOperator( const char* start ) noexcept;
 
     Place place_;
     const char* end_;

@@ -1,6 +1,6 @@
 #include "ProfileParser/TokenWindow.h"
 
-#include <array>
+#include <algorithm>
 #include <utility>
 
 #include "ProfileParser/GeneratedParser.h"
@@ -23,11 +23,8 @@ TokenWindow& windowOf( pANTLR3_INT_STREAM stream ) {
 void serve( const ANTLR3_TOKEN_STREAM& stream ) {
     auto& tokens = const_cast<ANTLR3_TOKEN_STREAM&>( stream );
     tokens._LT = []( pANTLR3_TOKEN_STREAM ts, ANTLR3_INT32 k ) { return windowOf( ts ).token( k ); };
-    tokens.get = []( pANTLR3_TOKEN_STREAM ts, ANTLR3_UINT32 index ) {
-        return windowOf( ts ).tokenAt( static_cast<ANTLR3_MARKER>( index ) );
-    };
     ANTLR3_INT_STREAM& numbers = *tokens.istream;
-    numbers._LA = []( pANTLR3_INT_STREAM is, ANTLR3_INT32 k ) { return windowOf( is ).type( k ); };
+    numbers._LA = []( pANTLR3_INT_STREAM is, ANTLR3_INT32 k ) { return windowOf( is ).token( k )->type; };
     numbers.consume = []( pANTLR3_INT_STREAM is ) { windowOf( is ).consume(); };
     numbers.index = []( pANTLR3_INT_STREAM is ) { return windowOf( is ).index(); };
     numbers.mark = []( pANTLR3_INT_STREAM is ) { return windowOf( is ).index(); };
@@ -50,6 +47,14 @@ void setToken( ANTLR3_COMMON_TOKEN& token, ANTLR3_UINT32 type, ANTLR3_UINT32 lin
     token.stop = reinterpret_cast<ANTLR3_MARKER>( text.data() + text.size() - 1 );
 }
 
+void copyToken( const ANTLR3_COMMON_TOKEN& from, ANTLR3_COMMON_TOKEN& to ) {
+    to.type = from.type;
+    to.line = from.line;
+    to.charPosition = from.charPosition;
+    to.start = from.start;
+    to.stop = from.stop;
+}
+
 } // namespace
 
 TokenWindow::TokenWindow( MountProfileHdlr& hdlr, std::string fileName, std::string_view text )
@@ -57,61 +62,82 @@ TokenWindow::TokenWindow( MountProfileHdlr& hdlr, std::string fileName, std::str
     source_.super = this;
     stream_ = owned( antlr3CommonTokenStreamSourceNew( 0, &source_ ) );
     serve( *stream_->tstream );
-    makeToken( endOfInput_, nowhere_ );
-    endOfInput_.type = ANTLR3_TOKEN_EOF;
-    endOfInput_.line = 2; // behind the appended line end
     addBlock();
+    currentIs( 0 );
 }
 
 TokenWindow::~TokenWindow() = default;
 
 void TokenWindow::addBlock() {
-    blocks_.push_back( std::make_unique<ANTLR3_COMMON_TOKEN[]>( blockSize ) );
-    for ( std::size_t i = 0; i < blockSize; ++i ) {
-        makeToken( blocks_.back()[i], nowhere_ );
-        slots_.push_back( &blocks_.back()[i] );
-    }
+    auto block = std::make_unique<Block>();
+    for ( ANTLR3_COMMON_TOKEN& token : *block )
+        makeToken( token, nowhere_ );
+    blocks_.push_back( std::move( block ) );
 }
 
-/// Reads lines until that many slots are filled.
-void TokenWindow::fill( std::size_t slots ) {
-    while ( filled_ < slots ) {
-        if ( filled_ == slots_.size() )
-            addBlock();
-        const std::size_t first = filled_;
+/// Makes the token that the parser has just stepped to a real one.
+void TokenWindow::readOn( bool lineIsRead ) {
+    std::size_t slot = slotOfCurrent();
+    if ( lineIsRead && slot == read_ ) { // else the parser has looked ahead; the next line end will do
+        copyToken( *previous(), blocks_.front()->front() );
+        forgotten_ += std::exchange( read_, 0 );
+        slot = 0;
+    }
+    while ( slot >= read_ )
         readLine();
-        for ( std::size_t slot = first; slot < filled_; ++slot )
-            slots_[slot]->index = static_cast<ANTLR3_MARKER>( forgotten_ + slot );
-    }
+    currentIs( slot );
 }
 
-void TokenWindow::forgetReadTokens() noexcept {
-    std::swap( slots_[0],
-               slots_[current_ - 1] ); // the line end stays: it can be asked for as the token before
-    forgotten_ += current_ - 1;
-    current_ = 1;
-    filled_ = 1;
+void TokenWindow::currentIs( std::size_t slot ) noexcept {
+    block_ = slot / blockSize;
+    blockStart_ = at( block_ * blockSize );
+    readEnd_ = blockStart_ + std::min( read_ - block_ * blockSize, blockSize );
+    at_ = at( slot );
 }
 
-/// Fills at least one slot, and as many as the line has tokens if there is room.
+pANTLR3_COMMON_TOKEN TokenWindow::tokenElsewhere( int k ) {
+    if ( k < 0 )
+        return index() == 0 ? nullptr : previous();
+    const std::size_t slot = slotOfCurrent() + static_cast<std::size_t>( k ) - 1;
+    while ( slot >= read_ )
+        readLine();
+    currentIs( slotOfCurrent() ); // its block may hold more now
+    return at( slot );
+}
+
+/// Reads at least one token, and as many as the line has if the block has room.
 void TokenWindow::readLine() {
+    if ( read_ == blocks_.size() * blockSize )
+        addBlock();
+    Block& block = *blocks_[read_ / blockSize];
+    if ( read_ != 0 && read_ % blockSize == 0 )
+        copyToken( *at( read_ - 1 ), block.front() );
+    const pANTLR3_COMMON_TOKEN first = at( read_ );
+    pANTLR3_COMMON_TOKEN next = first;
     if ( phase_ == Phase::inFile ) {
-        std::size_t count = 0;
-        const auto result = scanner_.scanLine( std::span( slots_ ).subspan( filled_ ), count );
-        filled_ += count;
-        if ( count != 0 )
-            return; // what stopped the scanner is met again
-        if ( result == TokenScanner::Result::notPlain ) {
-            readWithLexer( *slots_[filled_++] );
-            return;
-        }
-        phase_ = Phase::atAppendedLineEnd;
+        const auto result = scanner_.scanLine( next, block.data() + block.size() );
+        if ( next == first && result == TokenScanner::Result::endOfText )
+            phase_ = Phase::atAppendedLineEnd;
     }
-    ANTLR3_COMMON_TOKEN*& slot = slots_[filled_++];
-    if ( std::exchange( phase_, Phase::atEnd ) == Phase::atAppendedLineEnd )
-        setToken( *slot, NEWLN, 1, 0, appendedLineEnd );
-    else
-        slot = &endOfInput_; // the last thing that this slot will hold
+    if ( next == first ) // what stopped the scanner behind a token is met again
+        readOther( *next++ );
+    read_ += static_cast<std::size_t>( next - first );
+}
+
+/// Reads one token that the scanner does not.
+void TokenWindow::readOther( ANTLR3_COMMON_TOKEN& token ) {
+    switch ( phase_ ) {
+    case Phase::inFile:
+        readWithLexer( token );
+        break;
+    case Phase::atAppendedLineEnd:
+        setToken( token, NEWLN, 1, 0, appendedLineEnd );
+        phase_ = Phase::atEnd;
+        break;
+    case Phase::atEnd:
+        setToken( token, ANTLR3_TOKEN_EOF, 2, 0, appendedLineEnd.substr( 1 ) );
+        break;
+    }
 }
 
 /// Has the generated lexer read one token from the scanner's place on. That may be the line end that is
@@ -140,9 +166,9 @@ void TokenWindow::finishLexing() {
         return;
     const TokenScanner::Place parsersPlace = scanner_.place();
     ANTLR3_COMMON_TOKEN token{};
-    const std::array slots{ &token };
-    for ( std::size_t count = 0;; ) {
-        const auto result = scanner_.scanLine( slots, count );
+    for ( ;; ) {
+        pANTLR3_COMMON_TOKEN next = &token;
+        const auto result = scanner_.scanLine( next, &token + 1 );
         if ( result == TokenScanner::Result::endOfText )
             break;
         if ( result == TokenScanner::Result::notPlain && !readWithLexer( token ) )
@@ -153,6 +179,16 @@ void TokenWindow::finishLexing() {
         lexer_->returnToFile();
     if ( lexer_ )
         lexer_->silence(); // what the parser still reads has been reported
+}
+
+void TokenWindow::appendTexts( std::string& text, pANTLR3_COMMON_TOKEN first,
+                               pANTLR3_COMMON_TOKEN last ) const {
+    std::size_t slot = 0;
+    while ( at( slot )->start != first->start ) // not by address: the token before a block's first is a copy
+        ++slot;
+    for ( ; at( slot )->start != last->start; ++slot )
+        text += tokenText( at( slot ) );
+    text += tokenText( last );
 }
 
 } // namespace Corvid

@@ -4,6 +4,8 @@
 #include "ProfileParser/GrammarSupport.h"
 #include "ProfileParser/TokenScanner.h"
 
+#include <array>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,63 +38,83 @@ class TokenWindow {
     /// Reports all lexer errors that are left in the file, without moving the parser.
     void finishLexing();
 
+    /// Reads the first tokens. To be called once, before the window is asked for tokens.
+    void begin() { readOn( false ); }
+
     // What the generated parser does all the time, inline.
 
-    /// The k-th token from the current one on, which is the first; −1 is the token before it.
-    [[nodiscard]] pANTLR3_COMMON_TOKEN token( int k ) {
-        if ( k < 0 )
-            return current_ == 0 ? nullptr : slots_[current_ - 1];
-        const std::size_t slot = current_ + static_cast<std::size_t>( k ) - 1;
-        if ( slot >= filled_ ) [[unlikely]]
-            fill( slot + 1 );
-        return slots_[slot];
+    [[nodiscard]] pANTLR3_COMMON_TOKEN current() const noexcept { return at_; }
+    /// The token before the current one; something without meaning before the first.
+    [[nodiscard]] pANTLR3_COMMON_TOKEN previous() const noexcept { return at_ - 1; }
+    /// Steps over the current token, which must not be the end of input.
+    /// @param lineIsRead whether nobody will look at the tokens so far again, but at the last one.
+    void step( bool lineIsRead ) {
+        if ( ++at_ == readEnd_ )
+            readOn( lineIsRead );
     }
-    [[nodiscard]] ANTLR3_UINT32 type( int k ) { return token( k )->type; }
 
+    /// The k-th token from the current one on, which is the first; −1 is the token before it, null before the
+    /// first.
+    [[nodiscard]] pANTLR3_COMMON_TOKEN token( int k ) {
+        return k > 0 && k <= readEnd_ - at_ ? at_ + k - 1 : tokenElsewhere( k );
+    }
     /// Steps over the current token; stays at the end of input.
     void consume() {
-        if ( type( 1 ) != ANTLR3_TOKEN_EOF )
-            ++current_;
-    }
-
-    /// Steps over the current token if it is of that type. @return the token, or null.
-    [[nodiscard]] pANTLR3_COMMON_TOKEN matched( ANTLR3_UINT32 expected ) {
-        const pANTLR3_COMMON_TOKEN at = token( 1 );
-        if ( at->type != expected )
-            return nullptr;
-        if ( expected != ANTLR3_TOKEN_EOF )
-            ++current_;
-        return at;
-    }
-    /// To be called when a line end has been matched: forgets the line.
-    void lineIsRead() noexcept {
-        if ( current_ == filled_ ) // else the parser has looked ahead already; the next line end will do
-            forgetReadTokens();
+        if ( at_->type != ANTLR3_TOKEN_EOF )
+            step( false );
     }
 
     // By number, as the parser library addresses tokens.
     [[nodiscard]] ANTLR3_MARKER index() const noexcept {
-        return static_cast<ANTLR3_MARKER>( forgotten_ + current_ );
+        return static_cast<ANTLR3_MARKER>( forgotten_ + slotOfCurrent() );
     }
     void indexIs( ANTLR3_MARKER index ) noexcept {
-        current_ = static_cast<std::size_t>( index ) - forgotten_;
+        currentIs( static_cast<std::size_t>( index ) - forgotten_ );
     }
-    /// @param index of a token of the current statement.
-    [[nodiscard]] pANTLR3_COMMON_TOKEN tokenAt( ANTLR3_MARKER index ) const noexcept {
-        return slots_[static_cast<std::size_t>( index ) - forgotten_];
+    /// Whether tokens of the current statement are known to stand side by side in the file: then their joined
+    /// text is a piece of it. Not known of tokens that are in several blocks.
+    [[nodiscard]] bool areAdjacent( pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN last ) const noexcept {
+        constexpr std::less<> isBefore;
+        if ( isBefore( first, blockStart_ ) || isBefore( last, first ) || isBefore( at_, last ) ) [[unlikely]]
+            return false;
+        while ( first != last && first[1].start == first->stop + 1 )
+            ++first;
+        return first == last;
     }
+    /// Appends the texts of the tokens from first to last, which are of the current statement.
+    void appendTexts( std::string& text, pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN last ) const;
 
   private:
     enum class Phase { inFile, atAppendedLineEnd, atEnd };
 
-    void fill( std::size_t slots );
-    void addBlock();
-    void forgetReadTokens() noexcept;
+    static constexpr std::size_t blockSize = 32; // more than most statements have tokens
+
+    /// Tokens side by side, the first being a copy of the one before. They must not move while a statement is
+    /// read, so there are more blocks for longer ones.
+    using Block = std::array<ANTLR3_COMMON_TOKEN, 1 + blockSize>;
+
+    void readOn( bool lineIsRead );
+    [[nodiscard]] pANTLR3_COMMON_TOKEN tokenElsewhere( int k );
     void readLine();
+    void readOther( ANTLR3_COMMON_TOKEN& token );
     bool readWithLexer( ANTLR3_COMMON_TOKEN& token );
     [[nodiscard]] GeneratedLexer& lexer();
+    void addBlock();
+    [[nodiscard]] pANTLR3_COMMON_TOKEN at( std::size_t slot ) const noexcept {
+        return &( *blocks_[slot / blockSize] )[1 + slot % blockSize];
+    }
+    [[nodiscard]] std::size_t slotOfCurrent() const noexcept {
+        return block_ * blockSize + static_cast<std::size_t>( at_ - blockStart_ );
+    }
+    void currentIs( std::size_t slot ) noexcept;
 
-    static constexpr std::size_t blockSize = 32; // more than most statements have tokens
+    pANTLR3_COMMON_TOKEN at_ = nullptr;         ///< the current token
+    pANTLR3_COMMON_TOKEN readEnd_ = nullptr;    ///< behind the last token of its block that has been read
+    pANTLR3_COMMON_TOKEN blockStart_ = nullptr; ///< the first token of its block
+    std::size_t block_ = 0;                     ///< number of its block
+    std::size_t read_ = 0;                      ///< number of tokens in all blocks
+    std::size_t forgotten_ = 0;                 ///< number of tokens before the first block's first
+    std::vector<std::unique_ptr<Block>> blocks_;
 
     MountProfileHdlr& hdlr_;
     std::string fileName_;
@@ -102,14 +124,6 @@ class TokenWindow {
     bool lexingIsFinished_ = false;
     std::unique_ptr<GeneratedLexer> lexer_; ///< made when the scanner cannot go on
 
-    /// What the slots point to: tokens must not move.
-    std::vector<std::unique_ptr<ANTLR3_COMMON_TOKEN[]>> blocks_;
-    std::vector<pANTLR3_COMMON_TOKEN> slots_;
-    std::size_t current_ = 0;   ///< slot of the current token
-    std::size_t filled_ = 0;    ///< number of slots that hold tokens
-    std::size_t forgotten_ = 0; ///< number of tokens before the first slot
-
-    ANTLR3_COMMON_TOKEN endOfInput_{};
     /// Tokens name an input stream; the library only asks it for its file name.
     ANTLR3_INPUT_STREAM nowhere_{};
     ANTLR3_TOKEN_SOURCE source_{};

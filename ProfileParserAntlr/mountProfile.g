@@ -45,6 +45,8 @@ tokens {
     Corvid::TokenWindow * window;    // not owned; null when the tokens come from the library's token stream
     Corvid::MountLine * line;        // not owned
     pANTLR3_RECOGNIZER_SHARED_STATE state; // the recogniser's own, within short reach
+    pANTLR3_BITSET_LIST follows[38]; // what may follow each of the rules being read; there are 38 rules
+    ANTLR3_UINT32 followCount;
 }
 
 @parser::postinclude {

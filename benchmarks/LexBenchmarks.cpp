@@ -26,12 +26,9 @@ std::size_t lexWithGeneratedLexer( Corvid::MountProfileHdlr& hdlr, std::string_v
 std::size_t lexWithWindow( Corvid::MountProfileHdlr& hdlr, std::string_view text ) {
     Corvid::TokenWindow window( hdlr, "Bench", text );
     std::size_t tokens = 0;
-    for ( ANTLR3_UINT32 type = window.type( 1 ); type != ANTLR3_TOKEN_EOF; type = window.type( 1 ) ) {
-        window.consume();
-        if ( type == NEWLN )
-            window.lineIsRead();
-        ++tokens;
-    }
+    window.begin();
+    for ( ANTLR3_UINT32 type; ( type = window.current()->type ) != ANTLR3_TOKEN_EOF; ++tokens )
+        window.step( type == NEWLN );
     return tokens;
 }
 

@@ -46,6 +46,7 @@ RuleRun::RuleRun( const std::function<void( Parser* )>& rule, std::string_view t
         hdlr_.registerTemplateKeyDecl( std::string( "%" ) + sample.text );
     running = this;
     parser()->reportError = record;
+    session_.begin();
     rule( parser() );
     running = nullptr;
 

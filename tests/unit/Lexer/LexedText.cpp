@@ -98,11 +98,11 @@ void expectSameInTheWindow( std::string_view text, const LexedText& lexed ) {
     Corvid::MountProfileHdlr hdlr( "Agent", nullptr, nullptr, false );
     Corvid::TokenWindow window( hdlr, "Agent", text );
     std::vector<LexedToken> tokens;
-    for ( ; window.type( 1 ) != ANTLR3_TOKEN_EOF; window.consume() )
-        tokens.push_back( lexedToken( window.token( 1 ) ) );
+    for ( window.begin(); window.current()->type != ANTLR3_TOKEN_EOF; window.consume() )
+        tokens.push_back( lexedToken( window.current() ) );
     EXPECT_EQ( listed( tokens ), listed( lexed.tokens ) );
-    EXPECT_EQ( window.token( 1 )->line, lexed.endLine );
-    EXPECT_EQ( window.token( 1 )->charPosition, lexed.endPosition );
+    EXPECT_EQ( window.current()->line, lexed.endLine );
+    EXPECT_EQ( window.current()->charPosition, lexed.endPosition );
     EXPECT_EQ( hdlr.errorDesc().description().str(), lexed.description );
 }
 

@@ -25,7 +25,9 @@ const char* const texts[] = {
 
 struct Window {
     explicit Window( std::string_view text )
-        : hdlr( "Agent", nullptr, nullptr, false ), tokens( hdlr, "Agent", text ) {}
+        : hdlr( "Agent", nullptr, nullptr, false ), tokens( hdlr, "Agent", text ) {
+        tokens.begin();
+    }
     Corvid::MountProfileHdlr hdlr;
     Corvid::TokenWindow tokens;
 };
@@ -48,13 +50,13 @@ TEST( TokenWindows, ReportAllErrorsWhenLexingIsFinishedAndDoNotMove ) {
                     EXPECT_EQ( window.hdlr.errorDesc().description().str(), lexed.description );
                     EXPECT_EQ( window.hdlr.validProfileFile(), lexed.errors.empty() );
                 }
-                ASSERT_TRUE( isSame( *window.tokens.token( 1 ), lexed.tokens[i] ) ) << "token " << i;
+                ASSERT_TRUE( isSame( *window.tokens.current(), lexed.tokens[i] ) ) << "token " << i;
                 window.tokens.consume();
             }
-            EXPECT_EQ( window.tokens.type( 1 ), ANTLR3_TOKEN_EOF );
+            EXPECT_EQ( window.tokens.current()->type, ANTLR3_TOKEN_EOF );
             window.tokens.finishLexing();
             window.tokens.consume();
-            EXPECT_EQ( window.tokens.type( 1 ), ANTLR3_TOKEN_EOF );
+            EXPECT_EQ( window.tokens.current()->type, ANTLR3_TOKEN_EOF );
             EXPECT_EQ( window.hdlr.errorDesc().description().str(), lexed.description );
         }
     }
@@ -69,35 +71,27 @@ TEST( TokenWindows, LookAheadAndGoBackOverAnyNumberOfTokens ) {
     const auto last = static_cast<int>( lexed.tokens.size() );
     EXPECT_EQ( window.tokens.token( -1 ), nullptr );
     EXPECT_TRUE( isSame( *window.tokens.token( last ), lexed.tokens.back() ) );
-    EXPECT_EQ( window.tokens.type( last + 1 ), ANTLR3_TOKEN_EOF );
-    EXPECT_EQ( window.tokens.type( last + 100 ), ANTLR3_TOKEN_EOF );
+    EXPECT_EQ( window.tokens.token( last + 1 )->type, ANTLR3_TOKEN_EOF );
+    EXPECT_EQ( window.tokens.token( last + 100 )->type, ANTLR3_TOKEN_EOF );
     const ANTLR3_MARKER start = window.tokens.index();
     for ( int i = 0; i < 150; ++i )
         window.tokens.consume();
     EXPECT_TRUE( isSame( *window.tokens.token( -1 ), lexed.tokens[149] ) );
-    EXPECT_TRUE( isSame( *window.tokens.tokenAt( start + 10 ), lexed.tokens[10] ) );
+    EXPECT_TRUE( isSame( *window.tokens.previous(), lexed.tokens[149] ) );
     window.tokens.indexIs( start );
-    EXPECT_TRUE( isSame( *window.tokens.token( 1 ), lexed.tokens[0] ) );
+    EXPECT_TRUE( isSame( *window.tokens.current(), lexed.tokens[0] ) );
 }
 
 TEST( TokenWindows, KeepTheLineEndWhenTheyForgetALine ) {
     const std::string text = "a b\nc d\ne";
     const LexedText lexed( text );
     Window window( text );
-    std::size_t next = 0;
-    for ( const int lineLength : { 3, 3 } ) {
-        for ( int i = 0; i < lineLength; ++i, ++next ) {
-            ASSERT_TRUE( isSame( *window.tokens.token( 1 ), lexed.tokens[next] ) );
-            ASSERT_TRUE( window.tokens.matched( lexed.tokens[next].type ) );
-        }
-        window.tokens.lineIsRead();
+    for ( std::size_t next = 0; next < lexed.tokens.size(); ++next ) {
+        ASSERT_TRUE( isSame( *window.tokens.current(), lexed.tokens[next] ) );
         EXPECT_EQ( window.tokens.index(), static_cast<ANTLR3_MARKER>( next ) );
-        EXPECT_TRUE( isSame( *window.tokens.token( -1 ), lexed.tokens[next - 1] ) );
-        EXPECT_TRUE( isSame( *window.tokens.tokenAt( static_cast<ANTLR3_MARKER>( next - 1 ) ),
-                             lexed.tokens[next - 1] ) );
+        window.tokens.step( lexed.tokens[next].type == NEWLN );
+        EXPECT_TRUE( isSame( *window.tokens.previous(), lexed.tokens[next] ) );
     }
-    EXPECT_FALSE( window.tokens.matched( COMMA ) );
-    EXPECT_TRUE( isSame( *window.tokens.token( 1 ), lexed.tokens[next] ) );
 }
 
 TEST( TokenWindows, ForgetNothingThatTheParserHasLookedAt ) {
@@ -105,11 +99,33 @@ TEST( TokenWindows, ForgetNothingThatTheParserHasLookedAt ) {
     const LexedText lexed( text );
     Window window( text );
     const pANTLR3_COMMON_TOKEN ahead = window.tokens.token( 3 );
-    window.tokens.consume();
-    window.tokens.consume();
-    window.tokens.lineIsRead();
-    EXPECT_EQ( window.tokens.token( 1 ), ahead );
+    window.tokens.step( false );
+    window.tokens.step( true );
+    EXPECT_EQ( window.tokens.current(), ahead );
     EXPECT_TRUE( isSame( *ahead, lexed.tokens[2] ) );
+}
+
+TEST( TokenWindows, JoinTheTextsOfTokensOnOneBlockAndOnSeveral ) {
+    for ( const std::size_t count : { 1U, 2U, 31U, 32U, 33U, 64U, 65U, 200U } )
+        for ( const bool adjacent : { true, false } ) {
+            SCOPED_TRACE( testing::Message() << count << " tokens" << ( adjacent ? "" : " apart" ) );
+            std::string text;
+            std::string expected;
+            for ( std::size_t i = 0; i < count; ++i ) {
+                text += i % 2 == 0 ? "ab" : adjacent ? "-" : " - ";
+                expected += i % 2 == 0 ? "ab" : "-";
+            }
+            Window window( text );
+            const pANTLR3_COMMON_TOKEN first = window.tokens.current();
+            for ( std::size_t i = 0; i < count; ++i )
+                window.tokens.step( false );
+            const pANTLR3_COMMON_TOKEN last = window.tokens.previous();
+            std::string joined = "x";
+            window.tokens.appendTexts( joined, first, last );
+            EXPECT_EQ( joined, "x" + expected );
+            const bool inOneBlock = count <= 31;
+            EXPECT_EQ( window.tokens.areAdjacent( first, last ), inOneBlock && ( adjacent || count == 1 ) );
+        }
 }
 
 } // namespace
