@@ -57,10 +57,9 @@ std::uint32_t lastTokenLine( mountProfileParser_Ctx_struct* ctx ) {
 std::uint32_t statementLine( mountProfileParser_Ctx_struct* ctx ) {
     const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
     pANTLR3_COMMON_TOKEN first = tokens->_LT( tokens, -1 );
-    // Tokens before the line end in front of the statement may be gone.
-    while ( first->index > 0 ) {
-        const auto before = tokens->get( tokens, static_cast<ANTLR3_UINT32>( first->index - 1 ) );
-        if ( before->type == NEWLN )
+    for ( ANTLR3_INT32 k = -2;; --k ) {
+        const auto before = tokens->_LT( tokens, k );
+        if ( !before || before->type == NEWLN ) // null: tokens before the line end in front may be gone
             break;
         first = before;
     }

@@ -97,12 +97,19 @@ void TokenWindow::currentIs( std::size_t slot ) noexcept {
 
 pANTLR3_COMMON_TOKEN TokenWindow::tokenElsewhere( int k ) {
     if ( k < 0 )
-        return index() == 0 ? nullptr : previous();
+        return tokenBefore( static_cast<std::size_t>( -k ) );
     const std::size_t slot = slotOfCurrent() + static_cast<std::size_t>( k ) - 1;
     while ( slot >= read_ )
         readLine();
     currentIs( slotOfCurrent() ); // its block may hold more now
     return at( slot );
+}
+
+pANTLR3_COMMON_TOKEN TokenWindow::tokenBefore( std::size_t distance ) const noexcept {
+    const std::size_t slot = slotOfCurrent();
+    if ( distance <= slot )
+        return at( slot - distance );
+    return distance == slot + 1 && forgotten_ != 0 ? &blocks_.front()->front() : nullptr;
 }
 
 /// Reads at least one token, and as many as the line has if the block has room.

@@ -53,8 +53,8 @@ class TokenWindow {
             readOn( lineIsRead );
     }
 
-    /// The k-th token from the current one on, which is the first; −1 is the token before it, null before the
-    /// first.
+    /// The k-th token from the current one on, which is the first; the −k-th before it for a negative k, null
+    /// when there is none or it has been forgotten.
     [[nodiscard]] pANTLR3_COMMON_TOKEN token( int k ) {
         return k > 0 && k <= readEnd_ - at_ ? at_ + k - 1 : tokenElsewhere( k );
     }
@@ -95,6 +95,7 @@ class TokenWindow {
 
     void readOn( bool lineIsRead );
     [[nodiscard]] pANTLR3_COMMON_TOKEN tokenElsewhere( int k );
+    [[nodiscard]] pANTLR3_COMMON_TOKEN tokenBefore( std::size_t distance ) const noexcept;
     void readLine();
     void readOther( ANTLR3_COMMON_TOKEN& token );
     bool readWithLexer( ANTLR3_COMMON_TOKEN& token );

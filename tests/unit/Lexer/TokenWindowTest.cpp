@@ -91,7 +91,19 @@ TEST( TokenWindows, KeepTheLineEndWhenTheyForgetALine ) {
         EXPECT_EQ( window.tokens.index(), static_cast<ANTLR3_MARKER>( next ) );
         window.tokens.step( lexed.tokens[next].type == NEWLN );
         EXPECT_TRUE( isSame( *window.tokens.previous(), lexed.tokens[next] ) );
+        EXPECT_TRUE( isSame( *window.tokens.token( -1 ), lexed.tokens[next] ) );
     }
+}
+
+TEST( TokenWindows, KnowTheTokensOfTheLineAndTheLineEndInFront ) {
+    const LexedText lexed( "a\nb c d" );
+    Window window( "a\nb c d" );
+    for ( int i = 0; i < 4; ++i )
+        window.tokens.step( lexed.tokens[static_cast<std::size_t>( i )].type == NEWLN );
+    EXPECT_TRUE( isSame( *window.tokens.token( -1 ), lexed.tokens[3] ) );
+    EXPECT_TRUE( isSame( *window.tokens.token( -2 ), lexed.tokens[2] ) );
+    EXPECT_TRUE( isSame( *window.tokens.token( -3 ), lexed.tokens[1] ) );
+    EXPECT_EQ( window.tokens.token( -4 ), nullptr );
 }
 
 TEST( TokenWindows, ForgetNothingThatTheParserHasLookedAt ) {
