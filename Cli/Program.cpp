@@ -18,6 +18,7 @@ Program::Program() {
                  "Examples:\n"
                  "  mountprofile show profiles/Fan\n"
                  "  mountprofile check profiles\n"
+                 "  mountprofile why profiles/Fan /hardware/fan/%chassis/%slot\n"
                  "  mountprofile tokens profiles/Fan\n"
                  "  mountprofile explain MP042" );
 }
@@ -46,8 +47,9 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
 }
 
 ExitStatus Program::runChosen( Console& console ) {
-    for ( Command* command : { static_cast<Command*>( &show_ ), static_cast<Command*>( &check_ ),
-                               static_cast<Command*>( &tokens_ ), static_cast<Command*>( &explain_ ) } )
+    for ( Command* command :
+          { static_cast<Command*>( &show_ ), static_cast<Command*>( &check_ ), static_cast<Command*>( &why_ ),
+            static_cast<Command*>( &tokens_ ), static_cast<Command*>( &explain_ ) } )
         if ( command->chosen() )
             return command->run( console );
     throw std::runtime_error( "no command given; see mountprofile --help" );

@@ -4,6 +4,7 @@
 #include "Cli/ExplainCommand.h"
 #include "Cli/ShowCommand.h"
 #include "Cli/TokensCommand.h"
+#include "Cli/WhyCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -26,6 +27,7 @@ class Program {
     CLI::App app_{ "Turns the mount-profile files of agents into mount-profile records.", "mountprofile" };
     ShowCommand show_{ app_ };
     CheckCommand check_{ app_ };
+    WhyCommand why_{ app_ };
     TokensCommand tokens_{ app_ };
     ExplainCommand explain_{ app_ };
 };

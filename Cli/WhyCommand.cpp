@@ -1,0 +1,68 @@
+#include "Cli/WhyCommand.h"
+
+#include "Cli/Diagnostics.h"
+#include "Cli/MountHistory.h"
+#include "Cli/MountSearch.h"
+#include "Cli/PrintableText.h"
+#include "ProfileParser/MountPath.h"
+
+#include <CLI/CLI.hpp>
+
+namespace Corvid::Cli {
+
+WhyCommand::WhyCommand( CLI::App& program )
+    : Command( *program.add_subcommand( "why", "Tell which lines made a mount what it is" ) ) {
+    addOptions( *program.get_subcommand( "why" ) );
+}
+
+void WhyCommand::addOptions( CLI::App& app ) {
+    app.add_option( "FILE", file_, "The agent file" )->required()->type_name( "" );
+    app.add_option( "PATH", path_, "The path, as 'show' prints it or as the file has it" )
+        ->required()
+        ->type_name( "" );
+    stageOptions_.addTo( app );
+    app.footer( "'default' stands in place of a line for what every agent gets.\n\n"
+                "Exit status: 0 the path is mounted; 1 it is not, or the file is invalid, or not an agent\n"
+                "file; 2 usage error, or a file that cannot be read.\n\n"
+                "Example:\n"
+                "  mountprofile why profiles/Fan /hardware/fan/%chassis/%slot" );
+}
+
+bool WhyCommand::tellMounts( Console& console, const PassiveAgentProfile& profile,
+                             const OriginRecord& record ) const {
+    MountHistory history( console.out, record );
+    bool isFirst = true;
+    for ( const auto& [name, group] : profile.mountGroup() ) {
+        const Mount* mount = group->mountProfile( normalisedPath( path_ ) );
+        if ( !mount )
+            continue;
+        if ( !isFirst )
+            console.out.append( '\n' );
+        isFirst = false;
+        history.write( *group, *mount );
+    }
+    return !isFirst;
+}
+
+void WhyCommand::tellThatItIsNotMounted( Console& console, const PassiveAgentProfile& profile ) const {
+    const std::string_view path = normalisedPath( path_ );
+    console.complain( file_ + ": nothing is mounted at " + std::string( path ) +
+                      ( profile.validProfile() ? "" : " by what stands before the error" ) );
+    for ( const std::string& like : pathsLike( profile, path ) )
+        console.err.append( "  did you mean " + printable( like ) + "?\n" );
+}
+
+ExitStatus WhyCommand::run( Console& console ) {
+    OriginRecord record;
+    const AgentRun run = runAgentFile( stageOptions_.setUp(), file_, &record );
+    const bool isRead = run.outcome != Outcome::unreadable && run.handler->agentProfile();
+    const bool isMounted = isRead && tellMounts( console, *run.handler->agentProfile(), record );
+    console.out.flush();
+    console.err.append( diagnosticsOf( run, mayBeColoured( console.err ) ) );
+    if ( !isRead || isMounted )
+        return exitStatusFor( run.outcome );
+    tellThatItIsNotMounted( console, *run.handler->agentProfile() );
+    return ExitStatus::invalid;
+}
+
+} // namespace Corvid::Cli
