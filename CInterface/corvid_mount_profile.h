@@ -44,6 +44,9 @@ extern "C" {
 /// older than the header.
 CORVID_MOUNT_PROFILE_API uint32_t corvid_mount_profile_interface_version( void );
 
+// C has no other way to name a type.
+// NOLINTBEGIN(modernize-use-using)
+
 /// How a call went.
 typedef enum corvid_mount_profile_status {
     CORVID_MOUNT_PROFILE_OK = 0,
@@ -97,11 +100,13 @@ typedef struct corvid_mount_profile_options {
 /// A file that was parsed.
 typedef struct corvid_mount_profile corvid_mount_profile;
 
+// NOLINTEND(modernize-use-using)
+
 /// Parses an agent file and all that it includes, without an entity manager: no mounts of a peer are added.
 /// @param agent_file its path.
 /// @param options may be null: as #CORVID_MOUNT_PROFILE_OPTIONS_INIT.
 /// @param profile receives the result, whatever became of the file; null unless the status is
-///     #CORVID_MOUNT_PROFILE_OK.
+///     CORVID_MOUNT_PROFILE_OK.
 /// @return #CORVID_MOUNT_PROFILE_INVALID_ARGUMENT also for options that this library does not know: a flag,
 /// or
 ///     a member that it does not have and that is not 0.

@@ -16,7 +16,7 @@ struct CORVID_API AntlrParserCtx {
     std::string includeFileName;      ///< path of the include file while it is parsed
     std::string hdlrExceptionMsg;     ///< message of the last handler exception
     bool hdlrExceptionRaised = false; ///< cleared by the error description that uses the message
-    bool parsingIncludeFile = false;
+    bool parsingIncludeFile = false;  ///< whether the file that is parsed right now is one
 
     /// The parser of the file that is parsed right now; null when none is.
     [[nodiscard]] mountProfileParser_Ctx_struct* running() const noexcept {
@@ -25,8 +25,9 @@ struct CORVID_API AntlrParserCtx {
     /// The parser of the file that is parsed right now. Asserts that there is one.
     [[nodiscard]] mountProfileParser_Ctx_struct* getParserCtx() const;
 
-    /// Registers the parser of a file that begins, and forgets it when that file ends.
+    /// Registers the parser of a file that begins.
     void parserStarts( mountProfileParser_Ctx_struct* parser, const std::string& fileName, bool isInclude );
+    /// Forgets it, when that file has ended.
     void parserEnds( bool isInclude );
 };
 

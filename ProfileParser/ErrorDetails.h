@@ -16,15 +16,15 @@ struct ErrorDetails {
     /// What is wrong, in bytes from the beginning of the text of the error's file; `end` lies behind the last
     /// one. Empty for a place between two characters, such as the end of the file.
     std::size_t begin = 0;
-    std::size_t end = 0;
+    std::size_t end = 0; ///< see `begin`
     /// Whether there is such a range. Errors that have a line and a position have one.
     bool hasRange = false;
 };
 
 /// The code of the errors whose text begins in one way. It never changes.
 struct ErrorCode {
-    std::string_view code; ///< "MP" and three digits
-    std::string_view beginning;
+    std::string_view code;      ///< "MP" and three digits
+    std::string_view beginning; ///< of the texts that have the code
 };
 /// All codes but `unknownErrorCode`, in the order in which they are looked for: a text that begins with two
 /// of them belongs to the first.

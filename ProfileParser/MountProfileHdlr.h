@@ -30,6 +30,7 @@ namespace Corvid {
 /// profile is read. A check that fails reports through `constructHdlrException` and returns; it never throws.
 class CORVID_API MountProfileHdlr {
   public:
+    /// The largest file that is read unless the host says otherwise: 16 MiB.
     static constexpr std::size_t defaultMaxFileSize = std::size_t{ 16 } << 20;
     /// The parser library counts a file's bytes in 32 bits.
     static constexpr std::size_t highestMaxFileSize = std::numeric_limits<std::uint32_t>::max();
@@ -54,6 +55,7 @@ class CORVID_API MountProfileHdlr {
     /// The largest file that is opened, in bytes; `defaultMaxFileSize` unless set. More than
     /// `highestMaxFileSize` counts as that.
     void maxFileSizeIs( std::size_t bytes ) noexcept { maxFileSize_ = std::min( bytes, highestMaxFileSize ); }
+    /// In bytes.
     [[nodiscard]] std::size_t maxFileSize() const noexcept { return maxFileSize_; }
 
     /// Whether `run()` also prints an error on standard error; it does unless this is set to false.
@@ -82,11 +84,13 @@ class CORVID_API MountProfileHdlr {
     [[nodiscard]] const ErrorDetails& errorDetails() const noexcept { return errorDetails_; }
     /// Sub-agent names in the order given.
     [[nodiscard]] const std::vector<std::string>& subAgents() const noexcept { return subAgents_; }
+    /// The path that the handler was made with.
     [[nodiscard]] const std::string& agentFile() const noexcept { return agentFile_; }
     /// Agent name from the title line.
     [[nodiscard]] const std::string& agentName() const noexcept { return agentName_; }
     /// The mount group now open; null before the first.
     [[nodiscard]] const Kiv::Ptr<PassiveMountGroup>& currMg() const noexcept { return currMg_; }
+    /// The name of that group.
     [[nodiscard]] const std::string& currMgName() const noexcept { return currMgName_; }
 
     /// Parses one file. Syntax errors do not throw.
@@ -102,35 +106,53 @@ class CORVID_API MountProfileHdlr {
     void displayError();
 
     // The title line.
+    /// Makes the profile of that name in the directory, or takes the one that is there.
     void agentProfileIs( const std::string& name );
+    /// Numbers the keys in the profile, from 0.
     void addTemplateKeys( const std::vector<std::string>& keys );
+    /// From now on, the key may be referred to.
     void registerTemplateKeyDecl( const std::string& key );
+    /// Fails for a key that is neither declared nor one of those that every agent has. Keys begin with a "%".
+    /// @return whether it passed.
     bool validateTemplateKey( const std::string& key );
 
     // Agent-level statements.
-    void setHybridMount( bool flag );
-    void setLowMountPrio( bool flag );
-    void setNoDefaultMountGroup( bool flag );
-    void addSubAgent( const std::string& name );
+    void setHybridMount( bool flag );            ///< sets the switch in the profile
+    void setLowMountPrio( bool flag );           ///< sets the switch in the profile
+    void setNoDefaultMountGroup( bool flag );    ///< sets the switch in the profile
+    void addSubAgent( const std::string& name ); ///< names may repeat
+    /// @param targets joined by ", ". Of two aliases with one key the later one holds.
     void addAlias( const std::string& key, const std::string& targets );
+    /// Adds to the flags that earlier lines gave. Fails as `validateFlags` does.
     void setRootFlags( const std::string& flags );
+    /// Fails for a character that is no mount flag. @return whether it passed.
     bool validateFlags( const std::string& flags );
 
     // Mount filters.
     /// Declares a filter; `addAttrFilter` adds to the one declared last.
     void registerMountFilterDecl( const std::string& name );
+    /// @param filterKey may be empty. Of two with one attribute the later one holds.
     void addAttrFilter( const std::string& attrName, const std::string& filterKey );
 
     // Mount groups and their conditions.
+    /// Fails for a name that only the handler gives. @return whether it passed.
     bool validateMountGroupName( const std::string& name );
     void addMountGroup(); ///< the group "all", for mounts outside any named group
+    /// Opens a group at the lowest priority, 99.
     void addMountGroup( const std::string& name );
+    /// Opens a group; one that is there keeps its priority. Fails for a priority that is not 1 to 99.
     void addMountGroup( const std::string& name, unsigned priority );
+    /// Fails when the open group has a condition. @return whether it passed.
     bool validateMgConditionNotSet();
+    /// Whether the agent is held up until the open group's condition holds.
     void setBlockingConditional( bool flag );
+    /// Adds a comparison, in its normal form, to those of the open group.
     void addCondition( const std::string& text );
+    /// The same for a comparison with a template key.
     void addTemplateCondition( const std::string& text );
+    /// Fails for a function that conditions do not have. @return whether it passed.
     bool validateCondPathFunc( const std::string& name );
+    /// Sets the open group's whole condition: its comparisons, joined.
     void setEntireCondition( const std::string& text );
 
     // Mounts.
@@ -144,7 +166,10 @@ class CORVID_API MountProfileHdlr {
     void parseIncludes( const std::string& pattern );
 
     // Default profiles.
+    /// Adds the mounts that every agent needs, for this agent and its sub-agents.
     void addDefaultProfiles();
+    /// Mounts the status of an agent's peer in the other cell, if there is one. @param waitForReady whether
+    /// the agent is to wait until that one is ready.
     void addPeerReady( const std::string& agent, bool peerRedundancy, bool waitForReady );
     /// Mounts every configured path of the state database into the group now open.
     void addConfigMountProfile();

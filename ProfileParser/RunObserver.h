@@ -14,12 +14,13 @@ class PassiveMountGroup;
 
 /// Where something in a profile comes from. Its texts are valid during the call that tells it.
 struct Origin {
+    /// What gave it.
     enum class Kind {
         line,           ///< a line of the agent file, or of an include file
         configuredPath, ///< the state database's configured paths, asked for by a line of the agent file
         implicit        ///< no line: the group "all", which every profile has, and what every agent gets
     };
-    Kind kind = Kind::implicit;
+    Kind kind = Kind::implicit; ///< what gave it
     std::string_view file;      ///< path of the file, as it was opened; empty when there is none
     std::uint32_t line = 0;     ///< on which the statement begins, from 1; 0 when there is none
     bool inIncludeFile = false; ///< whether the file was included
@@ -56,12 +57,12 @@ enum class ConditionPart {
 
 /// One mount line, or a mount that was made up for.
 struct MountAddition {
-    const PassiveMountGroup& group;
-    const Mount* before;          ///< what the group holds at this path so far; null when that is nothing
-    const Mount& after;           ///< what replaces it
-    std::string_view flags;       ///< of this line; `after` has those of `before`, too
-    std::string_view mountFilter; ///< name of the filter that this line names; empty without one
-    Origin origin;
+    const PassiveMountGroup& group; ///< that takes the mount
+    const Mount* before;            ///< what the group holds at this path so far; null when that is nothing
+    const Mount& after;             ///< what replaces it
+    std::string_view flags;         ///< of this line; `after` has those of `before`, too
+    std::string_view mountFilter;   ///< name of the filter that this line names; empty without one
+    Origin origin;                  ///< of the mount
 };
 
 /// What a handler tells, while it runs, about the files that it reads and about what comes of them: for
@@ -83,7 +84,9 @@ class CORVID_API RunObserver {
     /// Told before the include file is opened.
     virtual void includeEntered( const IncludeEntry& entry );
 
+    /// A statement about the agent has been read, or a part of its title line.
     virtual void agentStatement( AgentStatement statement, std::string_view text, const Origin& origin );
+    /// A filter has been declared, still without attributes.
     virtual void mountFilterDeclared( std::string_view name, const Origin& origin );
     /// A filter has got an attribute; one of the same name is replaced.
     virtual void attrFilterAdded( std::string_view mountFilter, const AttrFilter& attrFilter,

@@ -12,6 +12,7 @@ namespace Corvid {
 /// texts that were seen lately; a text that it has forgotten is just made anew.
 class SharedTexts {
   public:
+    /// A copy of the one that is remembered, if there is one.
     [[nodiscard]] Kiv::String8 of( std::string_view text ) {
         Kiv::String8& remembered = texts_[slotOf( text )];
         if ( remembered.view() != text )

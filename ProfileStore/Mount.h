@@ -17,6 +17,7 @@ class Mount {
     [[nodiscard]] const Kiv::String8& type() const noexcept { return type_; }
     /// Mount flags, one character each, in the order in which they were given.
     [[nodiscard]] const Kiv::String8& flags() const noexcept { return flags_; }
+    /// Which of the entity's content is mounted; not enabled for all of it.
     [[nodiscard]] const MountFilter& mountFilter() const noexcept { return mountFilter_; }
     void mountFilterIs( MountFilter mountFilter ) noexcept { mountFilter_ = std::move( mountFilter ); }
 

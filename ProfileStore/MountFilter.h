@@ -14,6 +14,7 @@ namespace Corvid {
 /// original later. Fresh ones are not enabled and empty; such a value takes one pointer and no allocation.
 class CORVID_API MountFilter {
   public:
+    /// Attribute filters by the name of their attribute.
     using AttrFilterMap = std::unordered_map<Kiv::String8, AttrFilter>;
 
     /// 1 for a filter that a profile file declared, with or without attribute filters; 0 for "no filter".

@@ -10,8 +10,11 @@ class PassiveAgentProfileDir;
 /// The mount profile of one agent. Member of the directory of profiles.
 class CORVID_API PassiveAgentProfile : public Kiv::Entity {
   public:
+    /// Groups by name.
     using MountGroupMap = std::map<Kiv::Name, Kiv::Ptr<PassiveMountGroup>>;
+    /// Keys by their place in the title line, from 0.
     using TemplateKeyMap = std::map<unsigned, Kiv::String8>;
+    /// Targets, joined by ", ", by alias.
     using AliasKeyMap = std::map<Kiv::String8, Kiv::String8>;
 
     /// A profile that is no member of a directory yet; directories make their own with `agentProfileIs`.
@@ -24,6 +27,7 @@ class CORVID_API PassiveAgentProfile : public Kiv::Entity {
     /// False when the profile file or its defaults were in error; `errorDesc` then tells which.
     [[nodiscard]] bool validProfile() const noexcept { return validProfile_; }
     void validProfileIs( bool valid ) noexcept { validProfile_ = valid; }
+    /// The error of an invalid profile; empty for a valid one.
     [[nodiscard]] const RecognitionError& errorDesc() const noexcept { return errorDesc_; }
     void errorDescIs( const RecognitionError& errorDesc ) { errorDesc_ = errorDesc; }
 
@@ -51,8 +55,10 @@ class CORVID_API PassiveAgentProfile : public Kiv::Entity {
         aliasKey_.insert_or_assign( std::move( key ), std::move( value ) );
     }
 
+    /// Whether the file has the statement `hybridMount`.
     [[nodiscard]] bool hybridMount() const noexcept { return hybridMount_; }
     void hybridMountIs( bool hybrid ) noexcept { hybridMount_ = hybrid; }
+    /// Whether the file has the statement `lowMountPrio`.
     [[nodiscard]] bool lowMountPrio() const noexcept { return lowMountPrio_; }
     void lowMountPrioIs( bool low ) noexcept { lowMountPrio_ = low; }
     /// Whether the profile goes without the mounts that every agent gets.

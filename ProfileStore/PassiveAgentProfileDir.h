@@ -7,6 +7,7 @@ namespace Corvid {
 /// The directory of agent profiles. Not guarded against concurrent use: one thread at a time.
 class CORVID_API PassiveAgentProfileDir : public Kiv::Entity {
   public:
+    /// Profiles by name.
     using AgentProfileMap = std::map<Kiv::Name, Kiv::Ptr<PassiveAgentProfile>>;
 
     PassiveAgentProfileDir() noexcept = default;

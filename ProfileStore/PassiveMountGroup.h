@@ -14,7 +14,9 @@ class PassiveAgentProfile;
 /// A prioritised set of mounts, maybe waiting on conditions. Member of a profile.
 class CORVID_API PassiveMountGroup : public Kiv::Entity {
   public:
+    /// Comparisons in the order given.
     using ConditionQueue = std::vector<Kiv::String8>;
+    /// By comparison, whether it has to hold.
     using TemplateConditionMap = std::map<Kiv::String8, bool>;
 
     /// A group that is no member of a profile yet; profiles make their own with `mountGroupIs`.
@@ -49,6 +51,7 @@ class CORVID_API PassiveMountGroup : public Kiv::Entity {
 
     /// The single conditions, in the order given.
     [[nodiscard]] const ConditionQueue& conditionCol() const noexcept { return conditionCol_; }
+    /// Adds a single condition behind the others.
     void conditionColEnq( Kiv::String8 condition ) { conditionCol_.push_back( std::move( condition ) ); }
 
     /// The whole condition: the conjunction of the single ones; empty when there is none.

@@ -12,7 +12,9 @@ class KIV_API PathTrie {
     PathTrie( const PathTrie& ) = delete;
     PathTrie& operator=( const PathTrie& ) = delete;
 
+    /// Name of the type that is recorded.
     [[nodiscard]] virtual Kiv::String8 prefixTypename( const Kiv::String8& path ) const = 0;
+    /// Flags that are recorded; a character each.
     [[nodiscard]] virtual Kiv::String8 prefixFlags( const Kiv::String8& path ) const = 0;
 
   protected:

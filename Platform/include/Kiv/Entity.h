@@ -22,7 +22,9 @@ class KIV_API Entity {
     /// of. Null when there is none. Only the global directory is such a root; other entities answer null.
     [[nodiscard]] virtual Ptr<Entity> entity( const String8& path ) const;
 
+    /// For Kiv::Ptr: one more holds the entity.
     void addRef() const noexcept { count_.increment(); }
+    /// For Kiv::Ptr: one less; the last one deletes it.
     void release() const noexcept {
         if ( count_.decrement() )
             delete this;

@@ -9,9 +9,13 @@ namespace Kiv {
 class KIV_API Name : public String8 {
   public:
     Name() noexcept = default;
+    /// A copy of a text, only when asked for.
     explicit Name( String8 text ) noexcept : String8( std::move( text ) ) {}
+    /// All bytes of the text.
     explicit Name( std::string_view text ) : String8( text ) {}
+    /// All bytes of the text.
     explicit Name( const std::string& text ) : String8( text ) {}
+    /// The bytes before the first NUL. @param text not null.
     explicit Name( const char* text ) : String8( text ) {}
 };
 

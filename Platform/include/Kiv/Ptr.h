@@ -13,14 +13,17 @@ template <class T>
 class Ptr {
   public:
     Ptr() noexcept = default;
+    /// Holds nothing.
     Ptr( std::nullptr_t ) noexcept {}
     /// Shares an object; one just made with `new` is owned from here on.
     Ptr( T* object ) noexcept : object_( object ) { addRef(); }
     Ptr( const Ptr& other ) noexcept : Ptr( other.object_ ) {}
     Ptr( Ptr&& other ) noexcept : object_( std::exchange( other.object_, nullptr ) ) {}
+    /// From a pointer to a derived object, or to one that is not const.
     template <class U>
     requires std::is_convertible_v<U*, T*> Ptr( const Ptr<U>& other )
     noexcept : Ptr( other.get() ) {}
+    /// The same; the other one then holds nothing.
     template <class U>
     requires std::is_convertible_v<U*, T*> Ptr( Ptr<U>&& other )
     noexcept : object_( std::exchange( other.object_, nullptr ) ) {}
@@ -33,9 +36,13 @@ class Ptr {
             object_->release();
     }
 
+    /// The object, or null. Not owned.
     [[nodiscard]] T* get() const noexcept { return object_; }
+    /// Not for null.
     T* operator->() const noexcept { return object_; }
+    /// Not for null.
     T& operator*() const noexcept { return *object_; }
+    /// Whether there is an object.
     explicit operator bool() const noexcept { return object_ != nullptr; }
 
     friend bool operator==( const Ptr& a, const Ptr& b ) noexcept { return a.object_ == b.object_; }

@@ -14,9 +14,11 @@ namespace Kiv {
 /// threads at once. The object itself is not protected by it.
 class RefCount {
   public:
+    /// Begins with so many.
     explicit constexpr RefCount( std::uint32_t initial ) noexcept : count_( initial ) {}
 
 #if KIV_THREAD_SAFE_POINTERS
+    /// One reference more.
     void increment() const noexcept {
         count_.fetch_add( 1, std::memory_order_relaxed );
     }

@@ -25,6 +25,7 @@ class KIV_API String8 {
     /// Copies the bytes of text, all of them.
     /// @throws std::length_error above `maxSize` bytes, std::bad_alloc when memory runs out.
     explicit String8( std::string_view text ) : datum_( newDatum( text ) ) {}
+    /// All bytes of the text.
     String8( const std::string& text ) : String8( std::string_view( text ) ) {}
     /// Copies the bytes before the first NUL. @param text not null.
     String8( const char* text ) : String8( std::string_view( text ) ) {}
@@ -46,10 +47,15 @@ class KIV_API String8 {
     /// The bytes, followed by a NUL that is not part of the text; valid as long as any copy of this text
     /// lives.
     [[nodiscard]] const char* data() const noexcept { return datum_->text; }
+    /// In bytes.
     [[nodiscard]] std::size_t size() const noexcept { return datum_->size; }
+    /// Whether there are no bytes.
     [[nodiscard]] bool empty() const noexcept { return datum_->size == 0; }
+    /// Valid as `data()` is.
     [[nodiscard]] std::string_view view() const noexcept { return { datum_->text, datum_->size }; }
+    /// A copy of all bytes.
     [[nodiscard]] std::string str() const { return std::string( view() ); }
+    /// As `view()`.
     operator std::string_view() const noexcept { return view(); }
 
     /// Whether both are copies of one datum, which makes them equal; equal texts need not share.
@@ -96,8 +102,10 @@ KIV_API std::ostream& operator<<( std::ostream& out, const String8& text );
 
 } // namespace Kiv
 
+/// Depends on the bytes only.
 template <>
 struct std::hash<Kiv::String8> {
+    /// As that of the same bytes in a `std::string_view`.
     std::size_t operator()( const Kiv::String8& text ) const noexcept {
         return std::hash<std::string_view>()( text.view() );
     }

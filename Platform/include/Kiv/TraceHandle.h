@@ -13,6 +13,7 @@ namespace Kiv {
 /// May be used by several threads at once.
 class KIV_API TraceHandle {
   public:
+    /// The least important level.
     static constexpr unsigned maxLevel = 31;
 
     /// @param name lives as long as the handle (a literal).
@@ -21,6 +22,7 @@ class KIV_API TraceHandle {
     TraceHandle& operator=( const TraceHandle& ) = delete;
     ~TraceHandle();
 
+    /// As it was made with.
     [[nodiscard]] const char* name() const noexcept { return name_; }
     /// Whether a line at this level, 0 to `maxLevel`, goes anywhere: test it before composing the text.
     [[nodiscard]] bool enabled( unsigned level ) const noexcept {
