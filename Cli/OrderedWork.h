@@ -15,15 +15,19 @@
 
 namespace Corvid::Cli {
 
-/// Computes results number 0 to count − 1 on several threads and yields them in that order.
+/// Yields results number 0 to count − 1 in that order, computed by several threads. A single file is checked
+/// without another thread, which costs more than the check.
 template <class Result>
 class OrderedWork {
   public:
-    /// @param threads at least 1. @param compute is called once for every number, by any of the threads.
+    /// @param threads at most so many; 1 stands for the caller's own. @param compute is called once for every
+    /// number, by any of the threads.
     OrderedWork( std::size_t count, std::size_t threads, std::function<Result( std::size_t )> compute )
         : compute_( std::move( compute ) ), results_( count ) {
-        for ( std::size_t i = 0; i < std::min( threads, count ); ++i )
-            threads_.emplace_back( [this] { work(); } );
+        const std::size_t useful = std::min( threads, count );
+        if ( useful > 1 )
+            for ( std::size_t i = 0; i < useful; ++i )
+                threads_.emplace_back( [this] { work(); } );
     }
     OrderedWork( const OrderedWork& ) = delete;
     OrderedWork& operator=( const OrderedWork& ) = delete;
@@ -34,6 +38,11 @@ class OrderedWork {
     /// success.
     /// @throws whatever computing a result threw.
     std::optional<Result> take( std::chrono::milliseconds patience ) {
+        if ( threads_.empty() ) {
+            Result result = compute_( taken_++ );
+            ++done_;
+            return result;
+        }
         std::unique_lock lock( mutex_ );
         auto& result = results_[taken_];
         ready_.wait_for( lock, patience, [&] { return result || failure_; } );

@@ -77,13 +77,24 @@ TEST( OrderedWorkTest, resultsComeInOrderWhateverIsReadyFirst ) {
 
 TEST( OrderedWorkTest, impatienceYieldsNothing ) {
     std::latch asked( 1 );
-    OrderedWork<int> work( 1, 1, [&]( std::size_t ) {
+    OrderedWork<int> work( 2, 2, [&]( std::size_t ) {
         asked.wait();
         return 7;
     } );
     EXPECT_EQ( work.take( 1ms ), std::nullopt );
     asked.count_down();
     EXPECT_EQ( work.take( 1min ), 7 );
+}
+
+TEST( OrderedWorkTest, aSingleResultOrThreadNeedsNoOther ) {
+    for ( const auto& [count, threads] : { std::pair{ 1U, 8U }, std::pair{ 3U, 1U } } ) {
+        OrderedWork<std::thread::id> work( count, threads,
+                                           []( std::size_t ) { return std::this_thread::get_id(); } );
+        for ( unsigned taken = 0; taken < count; ++taken ) {
+            EXPECT_EQ( work.take( 1min ), std::this_thread::get_id() );
+            EXPECT_EQ( work.done(), taken + 1 );
+        }
+    }
 }
 
 TEST( OrderedWorkTest, anExceptionIsHandedOn ) {
