@@ -81,9 +81,9 @@ std::vector<std::string> pathsLike( const PassiveAgentProfile& profile, std::str
         return answers;
     std::vector<std::pair<Unlikeliness, std::string>> found;
     for ( const auto& [name, group] : profile.mountGroup() )
-        for ( const auto& [mountPath, mount] : group->mountProfile() )
-            if ( const Unlikeliness unlikely = unlikeliness( mountPath, path ); unlikely.kind < 3 )
-                found.emplace_back( unlikely, mountPath.str() );
+        for ( const Mount& mount : group->mountProfile() )
+            if ( const Unlikeliness unlikely = unlikeliness( mount.path(), path ); unlikely.kind < 3 )
+                found.emplace_back( unlikely, mount.path().str() );
     std::ranges::sort( found );
     found.erase( std::ranges::unique( found ).begin(), found.end() ); // in several groups
     for ( auto& [unlikely, mountPath] : found )
