@@ -17,7 +17,7 @@ std::string_view tokenText( pANTLR3_COMMON_TOKEN token ) {
 
 void setRuleText( std::string& text, mountProfileParser_Ctx_struct* ctx, pANTLR3_COMMON_TOKEN start,
                   pANTLR3_COMMON_TOKEN stop ) {
-    if ( start == stop || ( ctx->window && ctx->window->areAdjacent( start, stop ) ) ) {
+    if ( start->start == stop->start || ( ctx->window && ctx->window->areAdjacent( start, stop ) ) ) {
         text.assign( reinterpret_cast<const char*>( start->start ),
                      static_cast<std::size_t>( stop->stop + 1 - start->start ) );
         return;

@@ -7,16 +7,17 @@
 
 namespace Corvid {
 
-inline pANTLR3_COMMON_TOKEN lookAhead( mountProfileParser_Ctx_struct* ctx, int k ) {
+/// The current token (1) or the one before it (−1), to be remembered as the first or the last one of the rule
+/// being read. Its callers may look at it as long as they do not call that rule from the same place again.
+inline pANTLR3_COMMON_TOKEN ruleBoundary( mountProfileParser_Ctx_struct* ctx, int k ) {
     if ( ctx->window ) [[likely]] {
-        switch ( k ) {
-        case 1:
-            return ctx->window->current();
-        case -1:
-            return ctx->window->previous();
-        default:
-            return ctx->window->token( k );
-        }
+        const pANTLR3_COMMON_TOKEN token = k == 1 ? ctx->window->current() : ctx->window->previous();
+        if ( !ctx->window->isInLongLine() ) [[likely]]
+            return token;
+        const ANTLR3_UINT32 depth = ctx->followCount;
+        const void* const caller =
+            depth == 0 ? nullptr : ctx->follows[depth - 1]; // every call has its own set
+        return ctx->window->kept( *token, { depth, caller, k } );
     }
     const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
     return tokens->_LT( tokens, k );
@@ -24,7 +25,7 @@ inline pANTLR3_COMMON_TOKEN lookAhead( mountProfileParser_Ctx_struct* ctx, int k
 
 inline ANTLR3_UINT32 tokenType( mountProfileParser_Ctx_struct* ctx, int k ) {
     if ( ctx->window ) [[likely]]
-        return lookAhead( ctx, k )->type;
+        return k == 1 ? ctx->window->current()->type : ctx->window->token( k )->type;
     const pANTLR3_INT_STREAM tokens = ctx->pParser->tstream->istream;
     return tokens->_LA( tokens, k );
 }
@@ -38,6 +39,7 @@ inline void consume( mountProfileParser_Ctx_struct* ctx ) {
 
 /// As the library's `match`, which takes over when the token is not the expected one. (It also takes back two
 /// marks of recovery and backtracking, which nothing here ever sets.)
+/// @return the token; only to be looked at before the next one is matched.
 inline void* match( mountProfileParser_Ctx_struct* ctx, ANTLR3_UINT32 type, pANTLR3_BITSET_LIST follow ) {
     if ( ctx->window ) [[likely]] {
         const pANTLR3_COMMON_TOKEN token = ctx->window->current();

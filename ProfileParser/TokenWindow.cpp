@@ -27,9 +27,9 @@ void serve( const ANTLR3_TOKEN_STREAM& stream ) {
     numbers._LA = []( pANTLR3_INT_STREAM is, ANTLR3_INT32 k ) { return windowOf( is ).token( k )->type; };
     numbers.consume = []( pANTLR3_INT_STREAM is ) { windowOf( is ).consume(); };
     numbers.index = []( pANTLR3_INT_STREAM is ) { return windowOf( is ).index(); };
-    numbers.mark = []( pANTLR3_INT_STREAM is ) { return windowOf( is ).index(); };
-    numbers.rewind = []( pANTLR3_INT_STREAM is, ANTLR3_MARKER index ) { windowOf( is ).indexIs( index ); };
-    numbers.seek = numbers.rewind;
+    numbers.mark = []( pANTLR3_INT_STREAM is ) { return windowOf( is ).mark(); };
+    numbers.rewind = []( pANTLR3_INT_STREAM is, ANTLR3_MARKER index ) { windowOf( is ).rewind( index ); };
+    numbers.seek = []( pANTLR3_INT_STREAM is, ANTLR3_MARKER index ) { windowOf( is ).indexIs( index ); };
 }
 
 void makeToken( ANTLR3_COMMON_TOKEN& token, ANTLR3_INPUT_STREAM& input ) {
@@ -75,17 +75,30 @@ void TokenWindow::addBlock() {
     blocks_.push_back( std::move( block ) );
 }
 
+/// Room for tokens behind all blocks: another block, or the last but one again if the line is long.
+void TokenWindow::makeRoom() {
+    if ( blocks_.size() != mostBlocks || block_ != mostBlocks - 1 || marks_ != 0 )
+        return addBlock();
+    for ( std::size_t slot = firstReused * blockSize; slot < ( firstReused + 1 ) * blockSize; ++slot )
+        dropped_.push_back( tokenText( at( slot ) ) );
+    std::swap( blocks_[firstReused], blocks_[firstReused + 1] );
+    --block_;
+    read_ -= blockSize;
+    forgotten_ += blockSize;
+}
+
 /// Makes the token that the parser has just stepped to a real one.
 void TokenWindow::readOn( bool lineIsRead ) {
-    std::size_t slot = slotOfCurrent();
-    if ( lineIsRead && slot == read_ ) { // else the parser has looked ahead; the next line end will do
+    if ( lineIsRead &&
+         slotOfCurrent() == read_ ) { // else the parser has looked ahead; the next line end will do
         copyToken( *previous(), blocks_.front()->front() );
         forgotten_ += std::exchange( read_, 0 );
-        slot = 0;
+        dropped_.clear();
+        currentIs( 0 );
     }
-    while ( slot >= read_ )
+    while ( slotOfCurrent() >= read_ )
         readLine();
-    currentIs( slot );
+    currentIs( slotOfCurrent() ); // may begin another block
 }
 
 void TokenWindow::currentIs( std::size_t slot ) noexcept {
@@ -98,11 +111,11 @@ void TokenWindow::currentIs( std::size_t slot ) noexcept {
 pANTLR3_COMMON_TOKEN TokenWindow::tokenElsewhere( int k ) {
     if ( k < 0 )
         return tokenBefore( static_cast<std::size_t>( -k ) );
-    const std::size_t slot = slotOfCurrent() + static_cast<std::size_t>( k ) - 1;
-    while ( slot >= read_ )
+    const std::size_t ahead = static_cast<std::size_t>( k ) - 1;
+    while ( slotOfCurrent() + ahead >= read_ )
         readLine();
     currentIs( slotOfCurrent() ); // its block may hold more now
-    return at( slot );
+    return at( slotOfCurrent() + ahead );
 }
 
 pANTLR3_COMMON_TOKEN TokenWindow::tokenBefore( std::size_t distance ) const noexcept {
@@ -115,7 +128,7 @@ pANTLR3_COMMON_TOKEN TokenWindow::tokenBefore( std::size_t distance ) const noex
 /// Reads at least one token, and as many as the line has if the block has room.
 void TokenWindow::readLine() {
     if ( read_ == blocks_.size() * blockSize )
-        addBlock();
+        makeRoom();
     Block& block = *blocks_[read_ / blockSize];
     if ( read_ != 0 && read_ % blockSize == 0 )
         copyToken( *at( read_ - 1 ), block.front() );
@@ -188,13 +201,31 @@ void TokenWindow::finishLexing() {
         lexer_->silence(); // what the parser still reads has been reported
 }
 
+pANTLR3_COMMON_TOKEN TokenWindow::kept( const ANTLR3_COMMON_TOKEN& token, const KeptPlace& place ) {
+    const auto [kept, isNew] = kept_.try_emplace( place );
+    if ( isNew )
+        makeToken( kept->second, nowhere_ );
+    copyToken( token, kept->second );
+    return &kept->second;
+}
+
+/// The text of a token of the line, by its number among all that have been read of the line.
+std::string_view TokenWindow::textOf( std::size_t number ) const {
+    constexpr std::size_t fixed = firstReused * blockSize;
+    if ( number >= fixed && number < fixed + dropped_.size() )
+        return dropped_[number - fixed];
+    return tokenText( at( number < fixed ? number : number - dropped_.size() ) );
+}
+
 void TokenWindow::appendTexts( std::string& text, pANTLR3_COMMON_TOKEN first,
                                pANTLR3_COMMON_TOKEN last ) const {
-    std::size_t slot = 0;
-    while ( at( slot )->start != first->start ) // not by address: the token before a block's first is a copy
-        ++slot;
-    for ( ; at( slot )->start != last->start; ++slot )
-        text += tokenText( at( slot ) );
+    // Compared by their texts' places, as tokens may be copies. From the end: texts are asked for when they
+    // are read.
+    std::size_t number = dropped_.size() + slotOfCurrent();
+    while ( textOf( number ).data() != tokenText( first ).data() )
+        --number;
+    for ( ; textOf( number ).data() != tokenText( last ).data(); ++number )
+        text += textOf( number );
     text += tokenText( last );
 }
 

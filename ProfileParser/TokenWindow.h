@@ -5,10 +5,13 @@
 #include "ProfileParser/TokenScanner.h"
 
 #include <array>
+#include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include <antlr3.h>
@@ -71,6 +74,23 @@ class TokenWindow {
     void indexIs( ANTLR3_MARKER index ) noexcept {
         currentIs( static_cast<std::size_t>( index ) - forgotten_ );
     }
+    /// The number of the current token, to which `rewind` goes back.
+    [[nodiscard]] ANTLR3_MARKER mark() noexcept {
+        ++marks_;
+        return index();
+    }
+    void rewind( ANTLR3_MARKER index ) noexcept {
+        --marks_;
+        indexIs( index );
+    }
+
+    /// Whether the current token's room will be used again within its line: then `kept` is to be asked for
+    /// tokens that are looked at later.
+    [[nodiscard]] bool isInLongLine() const noexcept { return block_ >= firstReused; }
+    /// A copy of a token. @param place in the parser that remembers the token; it forgets the one before.
+    using KeptPlace = std::tuple<ANTLR3_UINT32, const void*, int>;
+    [[nodiscard]] pANTLR3_COMMON_TOKEN kept( const ANTLR3_COMMON_TOKEN& token, const KeptPlace& place );
+
     /// Whether tokens of the current statement are known to stand side by side in the file: then their joined
     /// text is a piece of it. Not known of tokens that are in several blocks.
     [[nodiscard]] bool areAdjacent( pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN last ) const noexcept {
@@ -88,6 +108,10 @@ class TokenWindow {
     enum class Phase { inFile, atAppendedLineEnd, atEnd };
 
     static constexpr std::size_t blockSize = 32; // more than most statements have tokens
+    // A line of more blocks is not written by people. It goes through the last two of them in turn, and only
+    // the texts of their tokens are kept: a token takes more than 250 bytes.
+    static constexpr std::size_t mostBlocks = 256;
+    static constexpr std::size_t firstReused = mostBlocks - 2;
 
     /// Tokens side by side, the first being a copy of the one before. They must not move while a statement is
     /// read, so there are more blocks for longer ones.
@@ -101,6 +125,8 @@ class TokenWindow {
     bool readWithLexer( ANTLR3_COMMON_TOKEN& token );
     [[nodiscard]] GeneratedLexer& lexer();
     void addBlock();
+    void makeRoom();
+    [[nodiscard]] std::string_view textOf( std::size_t number ) const;
     [[nodiscard]] pANTLR3_COMMON_TOKEN at( std::size_t slot ) const noexcept {
         return &( *blocks_[slot / blockSize] )[1 + slot % blockSize];
     }
@@ -116,6 +142,9 @@ class TokenWindow {
     std::size_t read_ = 0;                      ///< number of tokens in all blocks
     std::size_t forgotten_ = 0;                 ///< number of tokens before the first block's first
     std::vector<std::unique_ptr<Block>> blocks_;
+    std::deque<std::string_view> dropped_; ///< texts of tokens whose room was used again, of a long line
+    std::map<KeptPlace, ANTLR3_COMMON_TOKEN> kept_;
+    std::size_t marks_ = 0; ///< how often the parser will still rewind
 
     MountProfileHdlr& hdlr_;
     std::string fileName_;

@@ -72,7 +72,7 @@ tokens {
     #undef PSRSTATE
     #define PSRSTATE               CTX->state
     #define LA( k )                Corvid::tokenType( CTX, k )
-    #define LT( k )                Corvid::lookAhead( CTX, k )
+    #define LT( k )                Corvid::ruleBoundary( CTX, k )
     #define MATCHT( type, follow ) Corvid::match( CTX, type, follow )
     #define CONSUME()              Corvid::consume( CTX )
     #define FOLLOWPUSH( follow )   Corvid::pushFollow( CTX, &( follow ) )
@@ -307,8 +307,9 @@ conditions                                                                      
 catch [ any ] { REPORT( 31 ); }
 
 condition returns [ std::string text_ ]                                                                      // 32
-    : lvalue OP rvalue                  { $text_ = TEXT( $lvalue.start, $lvalue.stop ); $text_ += ' ';
-                                          $text_ += Corvid::tokenText( $OP ); $text_ += ' '; $text_ += $rvalue.text_;
+    : lvalue                            { $text_ = TEXT( $lvalue.start, $lvalue.stop ); $text_ += ' '; }
+      OP                                { $text_ += Corvid::tokenText( $OP ); }
+      rvalue                            { $text_ += ' '; $text_ += $rvalue.text_;
                                           if ( $rvalue.isTemplate ) HDLR->addTemplateCondition( $text_ );
                                           else HDLR->addCondition( $text_ ); }
     ;

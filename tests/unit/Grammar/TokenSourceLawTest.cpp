@@ -2,7 +2,10 @@
 
 #include "support/ParsedProfile.h"
 
+#include <algorithm>
 #include <random>
+#include <string>
+#include <vector>
 
 namespace CorvidTest {
 
@@ -94,6 +97,53 @@ TEST( TokenSources, GiveRandomProfilesTheSameResult ) {
     EXPECT_GT( outcomes["valid"], 20 );
     EXPECT_GT( outcomes["invalid"], 150 );
     EXPECT_EQ( outcomes["valid"] + outcomes["invalid"] + outcomes["notAgentFile"], 500 );
+}
+
+std::string repeated( std::string_view text, std::size_t times ) {
+    std::string all;
+    for ( ; times > 0; --times )
+        all += text;
+    return all;
+}
+
+/// Statements with more tokens than a line keeps as they are, by whatever they can be long. `#` stands for
+/// the repetition of what is behind it up to the next `#`; it comes with and without blanks between tokens.
+TEST( TokenSources, GiveLinesOfAnyLengthTheSameResult ) {
+    const std::string line = "agentName: A-%k\n";
+    const std::vector<std::string> texts{
+        line + "#/a#, T, r\n/b, T, r\n",
+        line + "# / a - 1#, T, r\n/b, T, r\n",
+        line + "#a -%k/ #a, # T::#T, r\n/b, T, r\n",
+        line + "#\"a\" #, T, r\n",
+        line + "/a, T, r, #f - #f\n",
+        "agentName: # a -#a-%k#-%k#\nalias: %p = %k#, %k#\nsubAgent: S# - %k#\n",
+        line + "mountFilter: #f-#f\nname, # \"v\" #\n/a, T, r, #f-#f\n",
+        line + "mountGroup: #g -#g, 5\ncondition: 1 == /a.b# and %k == %k#\n/b, T, r\n",
+        line + "mountGroup: g\ncondition: a# - 1# < / a#/ a#.b and x in len(#/a -%k#.b )\n/b, T, r\n",
+        line + "mountGroup: g\nconditionBlocker: 1 == %k# and 1 == /a.b#\n/b, T, r\n",
+        line + "include: #x-#*\n/b, T, r\n",
+        line + "#/a#, T\n/b, T, r\n",
+        line + "#/a#, T, r#\r#\n/b, T, r, nothing\n",
+        line + "#a #\n",
+    };
+    int valid = 0;
+    for ( const std::string& text : texts )
+        for ( const std::size_t times : { 1000U, 4100U, 9000U } ) {
+            SCOPED_TRACE( testing::Message() << text << " repeated " << times << " times" );
+            std::string whole;
+            bool isRepeated = false;
+            for ( std::size_t at = 0; at <= text.size(); isRepeated = !isRepeated ) {
+                const std::size_t end = std::min( text.find( '#', at ), text.size() );
+                whole += repeated( text.substr( at, end - at ), isRepeated ? times : 1 );
+                at = end + 1;
+            }
+            ParseOptions options{ .files = { { "x-x", "/x, T, r\n" } } };
+            const std::string fast = everything( whole, options );
+            options.plainTokens = true;
+            EXPECT_TRUE( fast == everything( whole, options ) );
+            valid += fast.starts_with( "valid" ) ? 1 : 0;
+        }
+    EXPECT_EQ( valid, 9 * 3 ); // the others end in an error: behind their long lines
 }
 
 } // namespace
