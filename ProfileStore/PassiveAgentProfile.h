@@ -7,7 +7,8 @@ namespace Corvid {
 
 class PassiveAgentProfileDir;
 
-/// The mount profile of one agent. Member of the directory of profiles.
+/// The mount profile of one agent. Member of the directory of profiles. One thread at a time writes to it and
+/// to what it holds; once nobody does any more, any number of threads may read it.
 class CORVID_API PassiveAgentProfile : public Kiv::Entity {
   public:
     /// Groups by name.
