@@ -9,7 +9,7 @@ namespace Corvid::Cli {
 
 void Console::complain( std::string_view text, std::string_view code ) {
     out.flush();
-    err.append( "mountprofile: " + printable( text ) + codeMark( code ) + "\n" );
+    err.append( "mountprofile: " + withoutMiddle( printable( text ) ) + codeMark( code ) + "\n" );
     err.flush();
 }
 

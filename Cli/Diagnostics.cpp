@@ -16,7 +16,7 @@ std::string codeNote( std::string_view code ) {
 } // namespace
 
 std::string diagnosticsOf( const AgentRun& run, bool coloured ) {
-    std::string text = run.printed;
+    std::string text = withoutMiddle( run.printed );
     switch ( run.outcome ) {
     case Outcome::valid:
         break;

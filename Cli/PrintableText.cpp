@@ -80,6 +80,17 @@ std::string printable( std::string_view text ) {
     return out;
 }
 
+std::string withoutMiddle( std::string_view line ) {
+    constexpr std::size_t shownAtMost = 8 << 10;
+    constexpr std::size_t shownInFront = 4 << 10;
+    constexpr std::size_t shownBehind = 2 << 10;
+    if ( line.size() <= shownAtMost )
+        return std::string( line );
+    const std::size_t leftOut = line.size() - shownInFront - shownBehind;
+    return std::string( line.substr( 0, shownInFront ) ) + "[... " + std::to_string( leftOut ) +
+           " characters left out ...]" + std::string( line.substr( line.size() - shownBehind ) );
+}
+
 std::size_t printableWidth( std::string_view text ) {
     const Utf8Scope utf8;
     std::size_t columns = 0;

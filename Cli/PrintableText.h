@@ -13,6 +13,10 @@ namespace Corvid::Cli {
 [[nodiscard]] std::string printable( std::string_view text );
 void appendPrintable( std::string& out, std::string_view text );
 
+/// A line as it is shown to people: one of more than 8 KiB loses its middle, and tells how much that was.
+/// What is wrong stands at both ends of a message; a token that it quotes may be as long as the file.
+[[nodiscard]] std::string withoutMiddle( std::string_view line );
+
 /// How many columns `printable( text )` takes on a terminal.
 [[nodiscard]] std::size_t printableWidth( std::string_view text );
 

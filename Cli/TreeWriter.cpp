@@ -199,7 +199,7 @@ void Writer::profile( const PassiveAgentProfile& profile, const std::vector<std:
                   : ( profile.validProfile() ? "valid" : "invalid" );
     headline( "agent", profile.name(), validity, notes_.agentStatement( AgentStatement::agentName ) );
     if ( !profile.validProfile() )
-        attribute( "error", profile.errorDesc().composeErrorDescMessage() );
+        attribute( "error", withoutMiddle( profile.errorDesc().composeErrorDescMessage() ) );
     attribute( "switches", switchesOf( profile ) );
     attribute( "root flags", profile.rootFlags(), notes_.rootFlags() );
     std::vector<std::string_view> keys;

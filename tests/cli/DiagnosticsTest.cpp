@@ -7,7 +7,12 @@ namespace Corvid::Testing {
 namespace {
 
 using testing::_;
+using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Lt;
+using testing::SizeIs;
+using testing::StartsWith;
 
 class DiagnosticsTest : public CommandTest {
   protected:
@@ -98,6 +103,31 @@ TEST_F( DiagnosticsTest, aLongLineIsCutAroundThePlace ) {
     EXPECT_THAT( run( { "show", "agent" } ),
                  Answers( 1, _, HasSubstr( "\n    2 | ..." + std::string( 77, 'x' ) ) ) )
         << "cut within a character";
+}
+
+TEST_F( DiagnosticsTest, aLongMessageLosesItsMiddleButTheRecordKeepsIt ) {
+    const std::string word( 20000, 'x' );
+    const std::string begin = "agent:2:10: error: In mount group 'all' ,  near 'x";
+    const std::string end = "x', Expecting end of line.";
+    write( "agent", "agentName: Fan\n/a, T, r " + word + "\n" );
+    const std::string line = shown( "agent" ).firstLine;
+    const std::size_t whole = begin.size() + word.size() - 2 + end.size();
+    EXPECT_THAT( line, StartsWith( begin ) );
+    EXPECT_THAT( line, EndsWith( end ) );
+    EXPECT_THAT( line,
+                 HasSubstr( "x[... " + std::to_string( whole + 1 - 6144 ) + " characters left out ...]x" ) );
+    EXPECT_LT( line.size(), 6200U );
+    EXPECT_THAT( run( { "show", "agent" } ).out, HasSubstr( line.substr( 0, 4096 ) + "[... " ) );
+    EXPECT_THAT( run( { "show", "--json", "agent" } ).out, HasSubstr( "near '" + word + "', " ) );
+
+    write( "agent", "agentName: Fan\n/a, T, r " + word.substr( 0, 8000 ) + "\n" );
+    EXPECT_THAT( shown( "agent" ).firstLine, HasSubstr( "near '" + word.substr( 0, 8000 ) + "', " ) );
+}
+
+TEST_F( DiagnosticsTest, aLongComplaintLosesItsMiddle ) {
+    const std::string word( 100000, 'x' );
+    EXPECT_THAT( run( { "show", "agent", "--cell", word } ),
+                 Answers( 2, "", AllOf( HasSubstr( "xxx[... 9" ), SizeIs( Lt( 6300U ) ) ) ) );
 }
 
 TEST_F( DiagnosticsTest, noControlByteOfAFileOrItsNameReachesTheTerminal ) {

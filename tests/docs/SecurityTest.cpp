@@ -3,9 +3,12 @@
 
 #include <gmock/gmock.h>
 
+#include <cctype>
 #include <filesystem>
 #include <regex>
 #include <set>
+#include <string>
+#include <vector>
 
 namespace CorvidTest {
 
@@ -39,15 +42,47 @@ std::set<std::string> assertionsOfTheLibrary() {
     return all;
 }
 
-/// The first cells of the table's rows, without the marks of inline code.
-std::set<std::string> assertionsOfTheDocument() {
+struct Row {
+    std::string assertion;              ///< without the marks of inline code
+    std::vector<std::string> checkedBy; ///< names of fuzz targets and tests
+};
+
+/// All words in inline code.
+std::vector<std::string> namesIn( const std::string& cell ) {
+    static const std::regex name( "`([A-Za-z-]+)`" );
+    std::vector<std::string> names;
+    for ( std::sregex_iterator found( cell.begin(), cell.end(), name ); found != std::sregex_iterator();
+          ++found )
+        names.push_back( ( *found )[1] );
+    return names;
+}
+
+std::vector<Row> rowsOfTheDocument() {
     const std::string document = contentOf( sourcePath( "docs/security.md" ) );
-    static const std::regex row( R"(\n\| `([^`]*)` \| [^|]{20,} \|)" );
-    std::set<std::string> texts;
-    for ( std::sregex_iterator found( document.begin(), document.end(), row );
+    static const std::regex row( R"(\n\| `([^`]*)` \| [^|]{20,} \| ([^|\n]*) \|)" );
+    const auto table = document.find( "| Text | " );
+    std::vector<Row> rows;
+    for ( std::sregex_iterator found( document.begin() + static_cast<std::ptrdiff_t>( table ), document.end(),
+                                      row );
           found != std::sregex_iterator(); ++found )
-        texts.insert( ( *found )[1] );
-    return texts;
+        rows.push_back( { ( *found )[1], namesIn( ( *found )[2] ) } );
+    return rows;
+}
+
+/// The names of the fuzz targets, and of the tests of the handler's assertions.
+std::set<std::string> knownChecks() {
+    std::set<std::string> names;
+    const auto collect = [&names]( const std::string& file, const std::regex& pattern ) {
+        const std::string text = contentOf( sourcePath( file ) );
+        for ( std::sregex_iterator found( text.begin(), text.end(), pattern );
+              found != std::sregex_iterator(); ++found )
+            names.insert( ( *found )[1] );
+    };
+    collect( "fuzz/CMakeLists.txt", std::regex( R"(\ncorvid_fuzz_target\(([a-z-]+) )" ) );
+    for ( const char* file :
+          { "tests/unit/Handler/AssertionsTest.cpp", "tests/unit/Handler/PlatformFaultsTest.cpp" } )
+        collect( file, std::regex( R"(\nTEST_F\( \w+DeathTest, (\w+) \))" ) );
+    return names;
 }
 
 } // namespace
@@ -55,7 +90,27 @@ std::set<std::string> assertionsOfTheDocument() {
 TEST( Security, TheDocumentTellsOfEveryAssertionAndNoOther ) {
     const auto asserted = assertionsOfTheLibrary();
     EXPECT_THAT( asserted, testing::SizeIs( testing::Ge( 13U ) ) );
-    EXPECT_THAT( assertionsOfTheDocument(), testing::ContainerEq( asserted ) );
+    std::set<std::string> told;
+    for ( const Row& row : rowsOfTheDocument() )
+        told.insert( row.assertion );
+    EXPECT_THAT( told, testing::ContainerEq( asserted ) );
+}
+
+TEST( Security, WhatChecksAnAssertionIsThere ) {
+    const auto known = knownChecks();
+    for ( const Row& row : rowsOfTheDocument() ) {
+        EXPECT_THAT( row.checkedBy, testing::Not( testing::IsEmpty() ) ) << row.assertion;
+        for ( const std::string& check : row.checkedBy )
+            EXPECT_THAT( known, testing::Contains( check ) ) << row.assertion;
+    }
+}
+
+TEST( Security, TheDocumentTellsOfEveryFuzzTarget ) {
+    const std::string document = contentOf( sourcePath( "docs/security.md" ) );
+    for ( const std::string& check : knownChecks() ) {
+        const bool isTest = std::isupper( static_cast<unsigned char>( check.front() ) ) != 0;
+        EXPECT_THAT( document, testing::HasSubstr( isTest ? "" : "\n| `" + check + "` | " ) );
+    }
 }
 
 } // namespace CorvidTest
