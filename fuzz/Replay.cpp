@@ -48,5 +48,5 @@ int main( int argc, char** argv ) {
         }
     }
     std::printf( "%zu inputs replayed\n", replayed );
-    return 0;
+    return replayed == 0 ? 2 : 0;
 }
