@@ -31,11 +31,16 @@ class CommandTest : public testing::Test {
         std::filesystem::create_directories( ( directory_ / name ).parent_path() );
         writeFile( directory_ / name, content );
     }
+    /// The built command, or one that the environment names in its place.
+    [[nodiscard]] static std::string command() {
+        const char* other = std::getenv( "MOUNTPROFILE_UNDER_TEST" );
+        return other && *other ? other : MOUNTPROFILE_COMMAND;
+    }
     /// @param environment beside what the test was given.
     [[nodiscard]] ProgramResult run( std::vector<std::string> arguments,
                                      std::vector<std::pair<std::string, std::string>> environment = {},
                                      OutputTo output = OutputTo::text ) const {
-        ProgramCall call{ { MOUNTPROFILE_COMMAND }, std::move( environment ), directory_, output };
+        ProgramCall call{ { command() }, std::move( environment ), directory_, output };
         call.command.insert( call.command.end(), arguments.begin(), arguments.end() );
         return runProgram( call );
     }

@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -178,6 +179,32 @@ TEST_F( CommandFaultsTest, AFileThatItIncludesAndThatCannotBeReadIsToldAsSuch ) 
     EXPECT_EQ( faulty.exitStatus, 2 );
     EXPECT_EQ( faulty.out, "" );
     EXPECT_EQ( faulty.err, "mountprofile: " + agent + ": A file that it includes cannot be read [MP090]\n" );
+}
+
+TEST_F( CommandFaultsTest, ADirectoryThatCannotBeListedToItsEndIsTold ) {
+    const Answer faulty =
+        answer( { "check", "--jobs", "1", dir.path() }, failingCall( systemReaddir, 2, EIO ) );
+    EXPECT_EQ( faulty.exitStatus, 2 );
+    EXPECT_THAT( faulty.out, testing::HasSubstr( ", 1 unreadable" ) );
+    EXPECT_THAT( faulty.err,
+                 testing::HasSubstr( "mountprofile: " + dir.path() + ": Input/output error [MP090]\n" ) );
+}
+
+TEST_F( CommandFaultsTest, ADirectoryThatDoesNotTellWhatItsEntriesAreIsListedAllTheSame ) {
+    std::filesystem::create_directory( dir.path() + "/below" );
+    dir.file( "below/Agent", "agentName: C\n" );
+    std::filesystem::create_directory_symlink( ".", dir.path() + "/below/loop" );
+    std::filesystem::create_symlink( "Agent", dir.path() + "/below/link" );
+    const auto hidden = []( const std::function<void()>& run ) {
+        entryTypesAreHidden( true );
+        run();
+        entryTypesAreHidden( false );
+        return false;
+    };
+    const std::vector<std::string> check{ "check", "--jobs", "1", dir.path() };
+    const Answer sound = answer( check, failingAllocation( 0 ) );
+    EXPECT_THAT( sound.out, testing::HasSubstr( "4 files checked: 3 valid, 1 invalid; 2 other" ) );
+    EXPECT_TRUE( sameForTheUser( answer( check, hidden ), sound ) );
 }
 
 TEST_F( CommandFaultsTest, AWriteThatFailsIsNotClaimedAndOneThatIsInterruptedIsRepeated ) {

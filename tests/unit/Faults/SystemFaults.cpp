@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <dirent.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -35,15 +36,21 @@ FaultyFunction systemOpen{ "open" };
 FaultyFunction systemFstat{ "fstat" };
 FaultyFunction systemRead{ "read" };
 FaultyFunction systemWrite{ "write" };
+FaultyFunction systemReaddir{ "readdir" };
 
 namespace {
 
 unsigned long longestRead = 0;
+bool typesAreHidden = false;
 
 } // namespace
 
 void readsAtMost( unsigned long bytes ) noexcept {
     longestRead = bytes;
+}
+
+void entryTypesAreHidden( bool hidden ) noexcept {
+    typesAreHidden = hidden;
 }
 
 } // namespace CorvidTest
@@ -112,5 +119,16 @@ ssize_t realWrite( int, const void*, std::size_t ) asm( "__real_write" );
 ssize_t wrappedWrite( int, const void*, std::size_t ) asm( "__wrap_write" );
 ssize_t wrappedWrite( int descriptor, const void* buffer, std::size_t size ) {
     return systemWrite.fails() ? -1 : realWrite( descriptor, buffer, size );
+}
+
+dirent* realReaddir( DIR* ) asm( "__real_readdir" );
+dirent* wrappedReaddir( DIR* ) asm( "__wrap_readdir" );
+dirent* wrappedReaddir( DIR* directory ) {
+    if ( systemReaddir.fails() )
+        return nullptr;
+    dirent* const entry = realReaddir( directory );
+    if ( entry && typesAreHidden )
+        entry->d_type = DT_UNKNOWN;
+    return entry;
 }
 }

@@ -35,8 +35,12 @@ extern FaultyFunction systemOpen;
 extern FaultyFunction systemFstat;
 extern FaultyFunction systemRead;
 extern FaultyFunction systemWrite;
+extern FaultyFunction systemReaddir;
 
 /// Lets every read yield at most so many bytes; 0 for no such limit.
 void readsAtMost( unsigned long bytes ) noexcept;
+
+/// Lets directories keep to themselves what their entries are, as some file systems do.
+void entryTypesAreHidden( bool hidden ) noexcept;
 
 } // namespace CorvidTest
