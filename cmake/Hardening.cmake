@@ -16,7 +16,7 @@ function(corvid_harden)
         if(TARGET ${target})
             # The checked calls need an optimising compiler; some distributions define the macro by themselves.
             target_compile_options(${target} PRIVATE -fstack-protector-strong
-                "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+                "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
             target_link_options(${target} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
         endif()
     endforeach()

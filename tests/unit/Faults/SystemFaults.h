@@ -11,7 +11,7 @@ struct FaultyFunction {
     int error = 0;        ///< what `errno` is then
     long calls = 0;       ///< since it was last told to fail
     long firstToFail = 0; ///< counted from 1; 0 for none
-    long lastToFail = 0;
+    long lastToFail = 0;  ///< the calls up to this one fail, too
 
     void failAt( long call, int errorNumber = 0 ) noexcept { failBetween( call, call, errorNumber ); }
     void failFrom( long call, int errorNumber ) noexcept {
