@@ -14,15 +14,17 @@ mountProfileParser_Ctx_struct* AntlrParserCtx::getParserCtx() const {
 }
 
 void AntlrParserCtx::parserStarts( mountProfileParser_Ctx_struct* parser, const std::string& fileName,
-                                   bool isInclude ) {
+                                   bool isInclude, std::string_view text ) {
     ( isInclude ? includeFileName : agentFileName ) =
         fileName; // first: no parser stays registered when it throws
     ( isInclude ? includeFileParserCtx : agentFileParserCtx ) = parser;
+    ( isInclude ? includeFileText : agentFileText ) = text;
     parsingIncludeFile = isInclude;
 }
 
 void AntlrParserCtx::parserEnds( bool isInclude ) {
     ( isInclude ? includeFileParserCtx : agentFileParserCtx ) = nullptr;
+    ( isInclude ? includeFileText : agentFileText ) = {};
     parsingIncludeFile = false;
     ( isInclude ? includeFileName : agentFileName ).clear();
 }

@@ -3,6 +3,7 @@
 #include "ProfileParser/ErrorWording.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,6 +11,18 @@
 #include "ProfileParser/GeneratedParser.h"
 
 namespace Corvid {
+
+namespace {
+
+/// Where a part of a text begins. What stands behind it, such as the appended line end, begins at its end.
+std::size_t offsetIn( std::string_view text, std::string_view part ) {
+    const std::less_equal<const char*> inOrder;
+    const bool isInside =
+        inOrder( text.data(), part.data() ) && inOrder( part.data(), text.data() + text.size() );
+    return isInside ? static_cast<std::size_t>( part.data() - text.data() ) : text.size();
+}
+
+} // namespace
 
 /// The handler's side of the hooks.
 class ErrorDescription {
@@ -36,7 +49,18 @@ class ErrorDescription {
         return error;
     }
 
-    static ErrorDetails& details( MountProfileHdlr& hdlr ) { return hdlr.errorDetails_; }
+    /// Notes the code, and where in the file's text that stands which was found, and that which is wrong.
+    static void detail( MountProfileHdlr& hdlr, std::string_view message, std::string_view found,
+                        std::string_view wrong ) {
+        const std::string_view text = hdlr.parserCtx_.runningText();
+        ErrorDetails& details = hdlr.errorDetails_;
+        details.code = errorCodeOf( message );
+        details.hasPlace = true;
+        details.place = offsetIn( text, found );
+        details.begin = offsetIn( text, wrong );
+        details.end = std::min( details.begin + wrong.size(), text.size() );
+    }
+
     static AntlrParserCtx& parserCtx( MountProfileHdlr& hdlr ) { return hdlr.parserCtx_; }
 };
 
@@ -65,6 +89,22 @@ SourceContext sourceContext( const ANTLR3_INPUT_STREAM& input, const ANTLR3_EXCE
     return { before.substr( before.rfind( '\n' ) + 1 ), text.substr( offset ) };
 }
 
+bool isContinuationByte( char c ) {
+    return ( static_cast<unsigned char>( c ) & 0xC0U ) == 0x80;
+}
+
+/// The text that was to become a token, up to the offending character, without a line end.
+std::string_view failedToken( const ANTLR3_RECOGNIZER_SHARED_STATE& state, const SourceContext& context ) {
+    std::size_t size = context.rest.empty() || context.rest.front() == '\n' ? 0 : 1;
+    while ( size > 0 && size < context.rest.size() && isContinuationByte( context.rest[size] ) )
+        ++size; // of a character beyond ASCII only the first byte is offending
+    const auto before = static_cast<std::size_t>( reinterpret_cast<ANTLR3_MARKER>( context.rest.data() ) -
+                                                  state.tokenStartCharIndex );
+    if ( before > context.lineBefore.size() ) // it did not begin on this line
+        return context.rest.substr( 0, size );
+    return { context.rest.data() - before, before + size };
+}
+
 std::string_view lexerMessage( const ANTLR3_EXCEPTION& exception ) {
     switch ( exception.type ) {
     case noViableAlternative:
@@ -87,6 +127,13 @@ std::string sectionPrefix( ANTLR3_INT32 section, const std::string& mountGroupNa
     default:
         return {};
     }
+}
+
+/// A token's text for the place of an error: a line end is a place between two characters.
+std::string_view textAt( pANTLR3_COMMON_TOKEN token ) {
+    if ( !token || token->type == ANTLR3_TOKEN_EOF )
+        return {};
+    return tokenText( token ).substr( 0, token->type == NEWLN ? 0 : std::string_view::npos );
 }
 
 void appendOffendingToken( std::string& description, pANTLR3_COMMON_TOKEN token ) {
@@ -142,12 +189,13 @@ void setLexerErrorDesc( pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8* /*tok
     const SourceContext context = sourceContext( *lexer->input, exception );
 
     std::string description( lexerMessage( exception ) );
-    ErrorDescription::details( handlerOf( recognizer ) ).code = errorCodeOf( description );
+    const std::string_view offending = context.rest.substr( 0, 1 );
+    ErrorDescription::detail( handlerOf( recognizer ), description, context.rest,
+                              failedToken( *recognizer->state, context ) );
     if ( context.rest.empty() ) {
         error.descriptionIs( description.append( nearEndOfFile ) );
         return;
     }
-    const std::string_view offending = context.rest.substr( 0, 1 );
     description.append( nearCharacter ).append( offending == "\n" ? newlineAsShown : offending );
     error.descriptionIs( description.append( nearCharacterEnd ) );
 
@@ -178,11 +226,18 @@ void setParserErrorDesc( mountProfileParser_Ctx_struct* ctx, pANTLR3_UINT8* toke
     appendOffendingToken( description, static_cast<pANTLR3_COMMON_TOKEN>( exception.token ) );
 
     AntlrParserCtx& parserCtx = ErrorDescription::parserCtx( *ctx->hdlr );
-    const std::string message = std::exchange( parserCtx.hdlrExceptionRaised, false )
-                                    ? parserCtx.hdlrExceptionMsg
-                                    : parserMessage( exception, tokenNames, ruleNumber );
+    const std::string_view found = textAt( static_cast<pANTLR3_COMMON_TOKEN>( exception.token ) );
+    std::string_view wrong = found;
+    std::string message;
+    if ( std::exchange( parserCtx.hdlrExceptionRaised, false ) ) {
+        message = parserCtx.hdlrExceptionMsg;
+        if ( !parserCtx.hdlrExceptionText.empty() )
+            wrong = parserCtx.hdlrExceptionText;
+    } else {
+        message = parserMessage( exception, tokenNames, ruleNumber );
+    }
     error.descriptionIs( description + message );
-    ErrorDescription::details( *ctx->hdlr ).code = errorCodeOf( message );
+    ErrorDescription::detail( *ctx->hdlr, message, found, wrong );
 }
 
 namespace {

@@ -3,7 +3,9 @@
 #include "ProfileStore/Export.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace Corvid {
@@ -13,12 +15,19 @@ namespace Corvid {
 struct ErrorDetails {
     /// The code of the error's text; empty while there is no error.
     std::string_view code;
-    /// What is wrong, in bytes from the beginning of the text of the error's file; `end` lies behind the last
-    /// one. Empty for a place between two characters, such as the end of the file.
-    std::size_t begin = 0;
-    std::size_t end = 0; ///< see `begin`
-    /// Whether there is such a range. Errors that have a line and a position have one.
-    bool hasRange = false;
+
+    /// Whether the numbers below tell a place: they do for errors that have a line and a position. They count
+    /// bytes of the text of the error's file, and are at most its size.
+    bool hasPlace = false;
+    std::size_t place = 0; ///< where the error was found: the record's line and position
+    std::size_t begin = 0; ///< where that begins which is wrong; often before the place
+    std::size_t end = 0;   ///< behind its last byte; equal to `begin` at the end of a line or of the file
+
+    /// How an error's include file came to be read; for other errors there are no matches.
+    std::uint32_t includeLine = 0;  ///< of the agent file, from 1
+    std::string includePattern;     ///< as it is given there
+    std::size_t includeMatch = 0;   ///< of the include file among those that match, from 1
+    std::size_t includeMatches = 0; ///< how many files match
 };
 
 /// The code of the errors whose text begins in one way. It never changes.

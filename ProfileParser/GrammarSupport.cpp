@@ -49,6 +49,39 @@ ANTLR3_UINT32 decimalNumber( pANTLR3_COMMON_TOKEN number ) {
         std::strtol( std::string( tokenText( number ) ).c_str(), nullptr, 10 ) );
 }
 
+namespace {
+
+/// The k-th token before the current one in the same statement, from 1; null when there is none.
+pANTLR3_COMMON_TOKEN earlierToken( pANTLR3_TOKEN_STREAM tokens, ANTLR3_INT32 k ) {
+    const auto token = tokens->_LT( tokens, -k );
+    return token && token->type != NEWLN ? token : nullptr; // null: those of earlier statements may be gone
+}
+
+/// The first of the tokens that make up a text and the last of which is the k-th earlier one; or null.
+pANTLR3_COMMON_TOKEN firstOf( pANTLR3_TOKEN_STREAM tokens, ANTLR3_INT32 k, std::string_view text ) {
+    for ( auto token = earlierToken( tokens, k ); token && text.ends_with( tokenText( token ) );
+          token = earlierToken( tokens, ++k ) ) {
+        text.remove_suffix( tokenText( token ).size() );
+        if ( text.empty() )
+            return token;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::string_view lastText( mountProfileParser_Ctx_struct* ctx, std::string_view text ) {
+    const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
+    ANTLR3_INT32 k = 1;
+    for ( auto last = earlierToken( tokens, k ); last; last = earlierToken( tokens, ++k ) )
+        if ( const auto first = firstOf( tokens, k, text ) ) {
+            const char* begin = tokenText( first ).data();
+            const std::string_view end = tokenText( last );
+            return { begin, static_cast<std::size_t>( end.data() + end.size() - begin ) };
+        }
+    return {};
+}
+
 std::uint32_t lastTokenLine( mountProfileParser_Ctx_struct* ctx ) {
     const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
     return tokens->_LT( tokens, -1 )->line;
@@ -57,12 +90,9 @@ std::uint32_t lastTokenLine( mountProfileParser_Ctx_struct* ctx ) {
 std::uint32_t statementLine( mountProfileParser_Ctx_struct* ctx ) {
     const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
     pANTLR3_COMMON_TOKEN first = tokens->_LT( tokens, -1 );
-    for ( ANTLR3_INT32 k = -2;; --k ) {
-        const auto before = tokens->_LT( tokens, k );
-        if ( !before || before->type == NEWLN ) // null: tokens before the line end in front may be gone
-            break;
-        first = before;
-    }
+    ANTLR3_INT32 k = 1;
+    while ( const auto earlier = earlierToken( tokens, ++k ) )
+        first = earlier;
     return first->line;
 }
 

@@ -50,6 +50,10 @@ void appendUnquoted( pANTLR3_COMMON_TOKEN string, std::string& text );
 /// The number that an INT token spells, cut to 32 bits. (Numbers above a long's range count as its maximum.)
 [[nodiscard]] ANTLR3_UINT32 decimalNumber( pANTLR3_COMMON_TOKEN number );
 
+/// Where a text stands in the statement that is being read: the last run of matched tokens whose joined texts
+/// are that text, from the first byte to the last. Empty when there is none.
+[[nodiscard]] std::string_view lastText( mountProfileParser_Ctx_struct* ctx, std::string_view text );
+
 /// The line of the token that was matched last, from 1.
 [[nodiscard]] std::uint32_t lastTokenLine( mountProfileParser_Ctx_struct* ctx );
 /// The line on which the statement of that token begins, from 1. Takes a time that grows with the statement.

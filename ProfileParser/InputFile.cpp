@@ -1,5 +1,6 @@
 #include "ProfileParser/InputFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -65,6 +66,15 @@ std::optional<InputFile> readInputFile( const std::string& fileName, std::size_t
     if ( ::fstat( file.number(), &after ) != 0 || !sameContent( before, after ) )
         return std::nullopt;
     content.data[size] = '\0';
+    return content;
+}
+
+std::optional<InputFile> givenInput( std::string_view text, std::size_t maxSize ) {
+    if ( text.size() > maxSize )
+        return std::nullopt;
+    InputFile content{ std::make_unique_for_overwrite<char[]>( text.size() + 1 ), text.size() };
+    std::ranges::copy( text, content.data.get() );
+    content.data[text.size()] = '\0';
     return content;
 }
 

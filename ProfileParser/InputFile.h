@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace Corvid {
 
@@ -18,5 +19,9 @@ struct InputFile {
 /// changes
 ///     while it is read.
 [[nodiscard]] std::optional<InputFile> readInputFile( const std::string& fileName, std::size_t maxSize );
+
+/// A text in place of a file's.
+/// @return nothing when it is larger than maxSize bytes.
+[[nodiscard]] std::optional<InputFile> givenInput( std::string_view text, std::size_t maxSize );
 
 } // namespace Corvid

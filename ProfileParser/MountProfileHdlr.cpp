@@ -20,9 +20,10 @@ constexpr char parseFileSignature[] = "void Corvid::MountProfileHdlr::parseFile(
 /// Registers a parser for as long as it runs, also when an exception ends it.
 class RunningParser {
   public:
-    RunningParser( AntlrParserCtx& ctx, ParseSession& session, const std::string& fileName, bool isInclude )
+    RunningParser( AntlrParserCtx& ctx, ParseSession& session, const std::string& fileName, bool isInclude,
+                   std::string_view text )
         : ctx_( ctx ), isInclude_( isInclude ) {
-        ctx_.parserStarts( session.parser(), fileName, isInclude );
+        ctx_.parserStarts( session.parser(), fileName, isInclude, text );
     }
     RunningParser( const RunningParser& ) = delete;
     RunningParser& operator=( const RunningParser& ) = delete;
@@ -82,16 +83,18 @@ void MountProfileHdlr::invalidateAgentProfile() {
 }
 
 void MountProfileHdlr::parseFile( const std::string& fileName, bool isInclude ) {
-    auto file = readInputFile( fileName, maxFileSize_ );
+    const bool isGiven = agentText_ && !isInclude;
+    auto file = isGiven ? givenInput( *agentText_, maxFileSize_ ) : readInputFile( fileName, maxFileSize_ );
     if ( !file )
         throw std::runtime_error( std::string( parseFileSignature ) +
                                   ": Antlr failed to create file stream for " + fileName );
-    if ( observer_ )
+    if ( observer_ && !isGiven )
         observer_->fileRead( fileName, isInclude );
+    const std::string_view text( file->data.get(), file->size ); // stays where it is
     try {
         ParseSession session( *this, fileName, std::move( *file ),
                               plainTokens_ ? TokenPath::plain : TokenPath::fast );
-        const RunningParser running( parserCtx_, session, fileName, isInclude );
+        const RunningParser running( parserCtx_, session, fileName, isInclude, text );
         session.parse( isInclude );
     } catch ( const std::runtime_error& ) {
         throw std::runtime_error( std::string( parseFileSignature ) + ": runtime error while parsing " +
@@ -104,6 +107,12 @@ void MountProfileHdlr::finishLexing() {
         Corvid::finishLexing( parser );
 }
 
+void MountProfileHdlr::constructHdlrException( const std::string& msg, std::string_view about ) {
+    constructHdlrException( msg );
+    if ( mountProfileParser_Ctx_struct* parser = parserCtx_.running() )
+        parserCtx_.hdlrExceptionText = lastText( parser, about );
+}
+
 void MountProfileHdlr::constructHdlrException( const std::string& msg ) {
     finishLexing();
     HDLR_TRACE( 8, "void Corvid::MountProfileHdlr::constructHdlrException(const string&)" );
@@ -112,6 +121,7 @@ void MountProfileHdlr::constructHdlrException( const std::string& msg ) {
         raiseHandlerException( parser );
         parserCtx_.hdlrExceptionRaised = true;
         parserCtx_.hdlrExceptionMsg = msg;
+        parserCtx_.hdlrExceptionText = {};
         return;
     }
     HDLR_TRACE( 1, "Constucting handler exception, occured while adding profiles " // sic

@@ -13,7 +13,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -69,6 +71,10 @@ class CORVID_API MountProfileHdlr {
     /// long as the handler is used, or until another one, or null, is set.
     void observerIs( RunObserver* observer ) noexcept { observer_ = observer; }
 
+    /// Has this text read in place of what the agent file holds, which need not exist then: as in an editor,
+    /// before it is saved. The limit of sizes holds for it, too. Observers are not told that it is read.
+    void agentTextIs( std::string text ) { agentText_ = std::move( text ); }
+
     /// False once an error has been recorded.
     [[nodiscard]] bool validProfileFile() const noexcept { return validProfileFile_; }
     void validProfileFileIs( bool valid );
@@ -82,6 +88,10 @@ class CORVID_API MountProfileHdlr {
     [[nodiscard]] const RecognitionError& errorDesc() const noexcept { return errorDesc_; }
     /// What is known of it beside.
     [[nodiscard]] const ErrorDetails& errorDetails() const noexcept { return errorDetails_; }
+    /// The template keys that can be referred to: those that are always known and those declared so far, in
+    /// byte-wise order.
+    [[nodiscard]] std::vector<std::string> knownTemplateKeys() const;
+    [[nodiscard]] std::vector<std::string> knownMountFilters() const; ///< names, in that order
     /// Sub-agent names in the order given.
     [[nodiscard]] const std::vector<std::string>& subAgents() const noexcept { return subAgents_; }
     /// The path that the handler was made with.
@@ -102,6 +112,9 @@ class CORVID_API MountProfileHdlr {
     /// Reports a semantic error: the running parser stops as at a syntax error and describes it with this
     /// message.
     void constructHdlrException( const std::string& msg );
+    /// @param about the part of the statement, read just before, that the message is about: its range will be
+    ///     in `errorDetails`.
+    void constructHdlrException( const std::string& msg, std::string_view about );
     /// Prints `errorDesc` as one line on standard error.
     void displayError();
 
@@ -209,6 +222,7 @@ class CORVID_API MountProfileHdlr {
     bool plainTokens_ = false;
     bool errorPrinted_ = true;
     RunObserver* observer_ = nullptr;
+    std::optional<std::string> agentText_;
     bool mountingConfiguredPaths_ = false;
     SharedTexts sharedTexts_;
 };

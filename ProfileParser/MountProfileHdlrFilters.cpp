@@ -1,18 +1,28 @@
 #include "ProfileParser/HandlerSupport.h"
 #include "ProfileParser/MountProfileHdlr.h"
 
+#include <algorithm>
+
 namespace Corvid {
 
 void MountProfileHdlr::registerMountFilterDecl( const std::string& name ) {
     const auto [declared, isNew] = mountFilterMap_.try_emplace( name );
     if ( !isNew ) {
-        constructHdlrException( "Mount filter '" + name + "' is already declared" );
+        constructHdlrException( "Mount filter '" + name + "' is already declared", name );
         return;
     }
     declared->second.enabledIs( 1 );
     currMountFilterName_ = name;
     if ( observer_ )
         observer_->mountFilterDeclared( name, statementOrigin() );
+}
+
+std::vector<std::string> MountProfileHdlr::knownMountFilters() const {
+    std::vector<std::string> names;
+    for ( const auto& [name, filter] : mountFilterMap_ )
+        names.push_back( name );
+    std::ranges::sort( names );
+    return names;
 }
 
 void MountProfileHdlr::addAttrFilter( const std::string& attrName, const std::string& filterKey ) {

@@ -44,11 +44,18 @@ void MountProfileHdlr::registerTemplateKeyDecl( const std::string& key ) {
     templateKeyDecls_.insert( key );
 }
 
+std::vector<std::string> MountProfileHdlr::knownTemplateKeys() const {
+    std::vector<std::string> keys( templateKeyDecls_.begin(), templateKeyDecls_.end() );
+    keys.insert( keys.end(), predefinedTemplateKeys.begin(), predefinedTemplateKeys.end() );
+    std::ranges::sort( keys );
+    return keys;
+}
+
 bool MountProfileHdlr::validateTemplateKey( const std::string& key ) {
     if ( std::ranges::find( predefinedTemplateKeys, key ) != predefinedTemplateKeys.end() ||
          templateKeyDecls_.contains( key ) )
         return true;
-    constructHdlrException( "Reference to undeclared template key " + key );
+    constructHdlrException( "Reference to undeclared template key " + key, key );
     return false;
 }
 
@@ -99,14 +106,14 @@ bool MountProfileHdlr::validateFlags( const std::string& flags ) {
     const std::size_t illegal = firstIllegalFlag( flags );
     if ( illegal == std::string::npos )
         return true;
-    constructHdlrException( std::string( "illegal flag '" ) + flags[illegal] + "'" );
+    constructHdlrException( std::string( "illegal flag '" ) + flags[illegal] + "'", flags );
     return false;
 }
 
 bool MountProfileHdlr::validateMountGroupName( const std::string& name ) {
     if ( name != implicitGroupName && name != defaultGroupName )
         return true;
-    constructHdlrException( "Cannot use reserved mount group name" );
+    constructHdlrException( "Cannot use reserved mount group name", name );
     return false;
 }
 
@@ -120,7 +127,8 @@ void MountProfileHdlr::addMountGroup( const std::string& name ) {
 
 void MountProfileHdlr::addMountGroup( const std::string& name, unsigned priority ) {
     if ( priority < 1 || priority > highestPriority ) {
-        constructHdlrException( "mount group priority should be in the range [1,99]" );
+        constructHdlrException( "mount group priority should be in the range [1,99]",
+                                std::to_string( priority ) );
         return;
     }
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not set yet.")" );
@@ -164,7 +172,7 @@ void MountProfileHdlr::addTemplateCondition( const std::string& text ) {
 bool MountProfileHdlr::validateCondPathFunc( const std::string& name ) {
     if ( name == "len" )
         return true;
-    constructHdlrException( "Only supported function is 'len'" );
+    constructHdlrException( "Only supported function is 'len'", name );
     return false;
 }
 

@@ -15,17 +15,22 @@ void MountProfileHdlr::parseIncludes( const std::string& pattern ) {
         if ( pattern == "ConfigMountProfile" && std::getenv( "K7_CHROOT" ) )
             addConfigMountProfile();
         else
-            constructHdlrException( "No include file found matching " + fullPattern );
+            constructHdlrException( "No include file found matching " + fullPattern, pattern );
         return;
     }
     HDLR_TRACE( 1, "Parsing include files matching pattern " + fullPattern );
     std::size_t number = 0;
     for ( const std::string& name : matches ) {
         const bool wasValid = validProfileFile_;
+        ++number;
         if ( observer_ )
-            observer_->includeEntered( { name, pattern, ++number, matches.size(), statementOrigin() } );
+            observer_->includeEntered( { name, pattern, number, matches.size(), statementOrigin() } );
         parseFile( name, true );
         if ( wasValid && !validProfileFile_ ) {
+            errorDetails_.includeLine = statementOrigin().line;
+            errorDetails_.includePattern = pattern;
+            errorDetails_.includeMatch = number;
+            errorDetails_.includeMatches = matches.size();
             HDLR_TRACE( 1, "Include file parser found error. "
                            "Constructing handler exception to inform this to agent file parser" );
             constructHdlrException( "Mount profile is invalid due to error in include file: " + name );

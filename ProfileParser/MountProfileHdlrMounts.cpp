@@ -18,7 +18,8 @@ void MountProfileHdlr::addMount( const std::string& path, const std::string& typ
     const Mount* const existing = place.mount();
     if ( existing && existing->type() != type ) {
         constructHdlrException( "Path " + std::string( normalised ) + " is already present with type: " +
-                                existing->type().str() + ". Mismatched type: " + type );
+                                    existing->type().str() + ". Mismatched type: " + type,
+                                type );
         return;
     }
     // A fresh value: a line without a filter takes away the one that an earlier line gave this path.
@@ -28,8 +29,8 @@ void MountProfileHdlr::addMount( const std::string& path, const std::string& typ
     if ( !mountFilter.empty() ) {
         const auto declared = mountFilterMap_.find( mountFilter );
         if ( declared == mountFilterMap_.end() ) {
-            constructHdlrException( "No mount filter with name '" + mountFilter +
-                                    "' defined before this line." );
+            constructHdlrException(
+                "No mount filter with name '" + mountFilter + "' defined before this line.", mountFilter );
             return;
         }
         mount.mountFilterIs( declared->second );
