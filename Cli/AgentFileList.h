@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,8 +9,9 @@ namespace Corvid::Cli {
 /// One file to be checked.
 struct ListedFile {
     std::string path;
-    bool fromDirectory = false; ///< found in a directory, not named by the user
-    std::string problem;        ///< for people: why a directory of that path could not be listed; else empty
+    bool fromDirectory = false;           ///< found in a directory, not named by the user
+    std::string problem;                  ///< for people: why nothing of that path could be read; else empty
+    std::optional<std::string> text = {}; ///< what is taken for the file's text, if not what it holds
 };
 
 /// The files that paths stand for, in the order of the paths. A directory stands for the regular files in it

@@ -20,10 +20,14 @@ ExitStatus exitStatusFor( Outcome outcome ) {
     return ExitStatus::trouble;
 }
 
-AgentRun runAgentFile( const Stage& stage, const std::string& agentFile, RunObserver* observer ) {
+AgentRun runAgentFile( const Stage& stage, const std::string& agentFile, RunObserver* observer,
+                       const std::optional<std::string>& text ) {
     const CapturedErrors::Collector errors;
     AgentRun run( agentFile, stage.entityManager, stage.addDefaults );
     run.handler->observerIs( observer );
+    run.text = text;
+    if ( text )
+        run.handler->agentTextIs( *text );
     try {
         run.run();
     } catch ( const std::bad_alloc& ) {

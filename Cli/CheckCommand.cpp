@@ -2,8 +2,10 @@
 
 #include "Cli/AgentFileList.h"
 #include "Cli/CheckReport.h"
+#include "Cli/LiteralArguments.h"
 #include "Cli/OrderedWork.h"
 #include "Cli/ProgressBar.h"
+#include "Cli/StandardInput.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -17,22 +19,18 @@ struct CheckedFile {
     Outcome outcome = Outcome::unreadable;
     bool passedOver = false;
     std::string description;
+    std::vector<std::string> filesRead; ///< if they were asked for
 };
 
-CheckedFile check( const ListedFile& file, const Stage& stage, const CheckReport& report ) {
-    AgentRun run;
-    if ( file.problem.empty() ) {
-        run = runAgentFile( stage, file.path );
-    } else {
-        run.agentFile = file.path;
-        run.reason = file.problem;
-    }
+CheckedFile check( const ListedFile& file, const Stage& stage, const CheckReport& report, bool noteFiles ) {
+    FilesRead filesRead;
+    const AgentRun run = runListedFile( stage, file, noteFiles ? &filesRead : nullptr );
     // Directories hold more than agent files. What is wrong in an include file shows in the files that
     // include it.
     if ( file.fromDirectory && run.handler && run.outcome != Outcome::unreadable &&
          run.handler->maybeIncludeFile() )
-        return { run.outcome, true, {} };
-    return { run.outcome, false, report.describe( run ) };
+        return { run.outcome, true, {}, filesRead.take() };
+    return { run.outcome, false, report.describe( run ), filesRead.take() };
 }
 
 void count( const CheckedFile& file, CheckCounts& counts ) {
@@ -52,6 +50,13 @@ std::size_t processors() {
     return std::max( 1U, std::thread::hardware_concurrency() );
 }
 
+std::vector<std::string> formatNames() {
+    std::vector<std::string> names;
+    for ( const ReportFormat& format : reportFormats() )
+        names.emplace_back( format.name );
+    return names;
+}
+
 /// Several threads share the stage and the store's texts; that needs counts that are atomic.
 std::size_t threadsFor( std::size_t jobs ) {
     return KIV_THREAD_SAFE_POINTERS ? jobs : 1;
@@ -66,34 +71,56 @@ CheckCommand::CheckCommand( CLI::App& program )
 }
 
 void CheckCommand::addOptions( CLI::App& app ) {
-    app.add_option( "PATH", paths_, "Agent files, and directories: the agent files in them and below" )
-        ->required()
-        ->type_name( "" );
-    app.add_option( "--format", format_, "How to tell what was found: text (the default)" )
-        ->type_name( "text" )
-        ->check( CLI::IsMember( { "text" } ).description( "" ) );
+    auto* paths =
+        app.add_option( "PATH", paths_, "Agent files, and directories: the agent files in them and below" )
+            ->required()
+            ->type_name( "" );
+    takeLiterally( *paths );
+    auto* format = app.add_option( "--format", format_, "How to tell what was found; text if not given" )
+                       ->type_name( "text|json|sarif|gcc|github" )
+                       ->check( CLI::IsMember( formatNames() ).description( "" ) );
     app.add_option( "--jobs", jobs_,
                     "How many files to check at a time; as many as there are processors if not given" )
         ->type_name( "N" )
         ->check( CLI::Range( 1, 1024 ).description( "" ) );
+    readingOptions_.addTo( app )->excludes( format );
     stageOptions_.addTo( app );
     app.footer(
+        "The path - stands for a file on standard input.\n\n"
         "Files in a directory that are not agent files, such as include files, are counted and passed "
         "over.\n\n"
+        "The formats other than text are for programs: all is told on standard output, and nothing else is\n"
+        "there. json is described by mountprofile-check-1.schema.json; sarif is SARIF 2.1.0; gcc is one "
+        "line\n"
+        "for each error, as compilers print it; github is one command for each error that a workflow shows\n"
+        "as an annotation.\n\n"
         "Exit status: 0 all are valid; 1 a file is invalid, or not an agent file; 2 usage error, or a file\n"
         "that cannot be read. The highest of all files counts.\n\n"
-        "Example:\n"
-        "  mountprofile check --jobs 4 profiles extra/Fan" );
+        "Examples:\n"
+        "  mountprofile check --jobs 4 profiles extra/Fan\n"
+        "  mountprofile check --format sarif profiles > findings.sarif" );
+}
+
+std::vector<ListedFile> CheckCommand::filesToCheck() {
+    std::vector<ListedFile> files;
+    for ( const std::string& path : paths_ ) {
+        if ( path == standardInputPath )
+            files.push_back( readingOptions_.named( path ) );
+        else
+            std::ranges::move( listFiles( { path } ), std::back_inserter( files ) );
+    }
+    readingOptions_.check();
+    return files;
 }
 
 ExitStatus CheckCommand::run( Console& console ) {
     const Stage stage = stageOptions_.setUp();
-    const auto report = newTextReport( console );
-    const auto files = listFiles( paths_ );
+    const auto report = reportFormat( format_ )->newReport( console );
+    const auto files = filesToCheck();
     ProgressBar progress( console.err, isCapableTerminal( console.err ), files.size(),
                           ProgressBar::Clock::now() );
     OrderedWork<CheckedFile> work( files.size(), threadsFor( jobs_ ), [&]( std::size_t number ) {
-        return check( files[number], stage, *report );
+        return check( files[number], stage, *report, readingOptions_.asksForFiles() );
     } );
     CheckCounts counts;
     ExitStatus status = ExitStatus::valid;
@@ -104,6 +131,7 @@ ExitStatus CheckCommand::run( Console& console ) {
             continue;
         ++taken;
         count( *file, counts );
+        readingOptions_.add( file->filesRead );
         if ( !file->passedOver )
             status = std::max( status, exitStatusFor( file->outcome ) );
         if ( file->description.empty() )
@@ -112,7 +140,9 @@ ExitStatus CheckCommand::run( Console& console ) {
         report->file( file->description );
     }
     progress.erase();
-    report->end( counts );
+    status = readingOptions_.finish( console, status );
+    if ( !readingOptions_.asksForList() )
+        report->end( counts, status );
     return status;
 }
 

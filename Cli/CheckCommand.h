@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Cli/Command.h"
+#include "Cli/ReadingOptions.h"
 #include "Cli/StageOptions.h"
 
 #include <string>
@@ -17,7 +18,10 @@ class CheckCommand final : public Command {
   private:
     void addOptions( CLI::App& app );
 
+    [[nodiscard]] std::vector<ListedFile> filesToCheck();
+
     StageOptions stageOptions_;
+    ReadingOptions readingOptions_;
     std::string format_ = "text";
     unsigned jobs_;
     std::vector<std::string> paths_;

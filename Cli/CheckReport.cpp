@@ -1,8 +1,6 @@
 #include "Cli/CheckReport.h"
 
-#include "Cli/Diagnostics.h"
-
-#include <string_view>
+#include <algorithm>
 
 namespace Corvid::Cli {
 
@@ -24,17 +22,20 @@ class TextReport final : public CheckReport {
         console_.err.append( description );
         console_.err.flush();
     }
-    void end( const CheckCounts& counts ) override;
+    void end( const CheckCounts& counts, ExitStatus status ) override;
+    void usageError( const Diagnostic& diagnostic ) override {
+        const std::string hint = diagnostic.hint.empty() ? "" : "; " + diagnostic.hint;
+        console_.complain( diagnostic.message + hint, diagnostic.code );
+    }
 
   private:
     Console& console_;
     bool coloured_;
 };
 
-void TextReport::end( const CheckCounts& counts ) {
-    const std::size_t checked = counts.valid + counts.invalid + counts.notAgentFile + counts.unreadable;
-    std::string line =
-        counted( checked, "file", "files" ) + " checked: " + std::to_string( counts.valid ) + " valid";
+void TextReport::end( const CheckCounts& counts, ExitStatus /*status*/ ) {
+    std::string line = counted( counts.checked(), "file", "files" ) +
+                       " checked: " + std::to_string( counts.valid ) + " valid";
     if ( counts.invalid )
         line += ", " + std::to_string( counts.invalid ) + " invalid";
     if ( counts.notAgentFile )
@@ -52,6 +53,20 @@ CheckReport::~CheckReport() = default;
 
 std::unique_ptr<CheckReport> newTextReport( Console& console ) {
     return std::make_unique<TextReport>( console );
+}
+
+const std::vector<ReportFormat>& reportFormats() {
+    static const std::vector<ReportFormat> formats{ { "text", newTextReport },
+                                                    { "json", newJsonReport },
+                                                    { "sarif", newSarifReport },
+                                                    { "gcc", newGccReport },
+                                                    { "github", newGithubReport } };
+    return formats;
+}
+
+const ReportFormat* reportFormat( std::string_view name ) {
+    const auto found = std::ranges::find( reportFormats(), name, &ReportFormat::name );
+    return found == reportFormats().end() ? nullptr : &*found;
 }
 
 } // namespace Corvid::Cli

@@ -1,5 +1,6 @@
 #include "Cli/PrintableText.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cwchar>
 #include <locale.h>
@@ -33,16 +34,22 @@ class Utf8Scope {
 
 constexpr PrintablePiece escapedByte{ 1, 4, true };
 
+/// The bytes of the character that a text begins with, and the character; 0 bytes when there is none.
+std::size_t firstCharacter( std::string_view text, wchar_t& character ) {
+    std::mbstate_t state{};
+    const std::size_t bytes = std::mbrtowc( &character, text.data(), text.size(), &state );
+    return bytes > text.size() ? 0 : bytes; // malformed, or cut off
+}
+
 PrintablePiece firstPiece( std::string_view text, const Utf8Scope& utf8 ) {
     const auto byte = static_cast<unsigned char>( text.front() );
     if ( byte < 0x80 )
         return byte >= 0x20 && byte < 0x7F ? PrintablePiece{ 1, 1, false } : escapedByte;
     if ( !utf8.holds() )
         return escapedByte;
-    std::mbstate_t state{};
     wchar_t character = 0;
-    const std::size_t bytes = std::mbrtowc( &character, text.data(), text.size(), &state );
-    if ( bytes == 0 || bytes > text.size() ) // malformed, or cut off
+    const std::size_t bytes = firstCharacter( text, character );
+    if ( bytes == 0 )
         return escapedByte;
     const int columns = ::wcwidth( character );
     return columns > 0 ? PrintablePiece{ bytes, static_cast<std::size_t>( columns ), false } : escapedByte;
@@ -89,6 +96,22 @@ std::string withoutMiddle( std::string_view line ) {
     const std::size_t leftOut = line.size() - shownInFront - shownBehind;
     return std::string( line.substr( 0, shownInFront ) ) + "[... " + std::to_string( leftOut ) +
            " characters left out ...]" + std::string( line.substr( line.size() - shownBehind ) );
+}
+
+std::string wellFormed( std::string_view text ) {
+    const Utf8Scope utf8;
+    std::string out;
+    while ( !text.empty() ) {
+        wchar_t ignored = 0;
+        const bool isAscii = static_cast<unsigned char>( text.front() ) < 0x80;
+        const std::size_t bytes = isAscii ? 1 : utf8.holds() ? firstCharacter( text, ignored ) : 0;
+        if ( bytes == 0 )
+            appendHex( out, text.front() );
+        else
+            out.append( text.substr( 0, bytes ) );
+        text.remove_prefix( std::max<std::size_t>( bytes, 1 ) );
+    }
+    return out;
 }
 
 std::size_t printableWidth( std::string_view text ) {

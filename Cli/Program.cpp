@@ -1,6 +1,10 @@
 #include "Cli/Program.h"
 
+#include "Cli/CheckReport.h"
 #include "Cli/CommandCodes.h"
+#include "Cli/LiteralArguments.h"
+#include "Cli/PrintableText.h"
+#include "Cli/Spelling.h"
 
 #include <cerrno>
 #include <cstring>
@@ -9,6 +13,27 @@
 #include <stdexcept>
 
 namespace Corvid::Cli {
+
+namespace {
+
+/// The form in which `check` is asked to speak, also by a command line that has other things wrong with it;
+/// null when it is not. @param arguments from the last to the first.
+const ReportFormat* formatAskedFor( const std::vector<std::string>& arguments ) {
+    if ( arguments.empty() || arguments.back() != "check" )
+        return nullptr;
+    constexpr std::string_view option = "--format";
+    const ReportFormat* format = nullptr;
+    for ( auto argument = arguments.rbegin(); argument != arguments.rend() && *argument != "--";
+          ++argument ) {
+        if ( *argument == option && argument + 1 != arguments.rend() )
+            format = reportFormat( argument[1] );
+        else if ( argument->starts_with( std::string( option ) + "=" ) )
+            format = reportFormat( argument->substr( option.size() + 1 ) );
+    }
+    return format;
+}
+
+} // namespace
 
 Program::Program() {
     app_.set_help_all_flag( "" );
@@ -24,8 +49,10 @@ Program::Program() {
 }
 
 ExitStatus Program::run( int argc, char** argv, Console& console ) {
+    std::vector<std::string> arguments;
     try {
-        app_.parse( argc, argv );
+        arguments = literalArguments( argc, argv );
+        app_.parse( std::vector<std::string>( arguments ) );
         return runChosen( console );
     } catch ( const CLI::CallForHelp& ) {
         console.out.append( app_.help() );
@@ -38,12 +65,38 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
         console.complain( std::strerror( ENOMEM ) );
     } catch ( const std::runtime_error& error ) { // of the command line, or of the command
         console.out.discard();
-        console.complain( error.what(), usageCode );
+        complain( console, withoutMarks( error.what() ), arguments );
     } catch ( const std::exception& error ) {
         console.out.discard();
         console.complain( error.what() );
     }
     return ExitStatus::trouble;
+}
+
+void Program::complain( Console& console, const std::string& text,
+                        const std::vector<std::string>& arguments ) {
+    const ReportFormat* format = formatAskedFor( arguments );
+    Diagnostic diagnostic;
+    diagnostic.code = usageCode;
+    diagnostic.message = printable( text );
+    diagnostic.hint = printable( hintForCommandLine() );
+    ( format ? format : &reportFormats().front() )->newReport( console )->usageError( diagnostic );
+}
+
+std::string Program::hintForCommandLine() const {
+    const auto unexpected = app_.remaining( true );
+    if ( unexpected.empty() )
+        return {};
+    const std::string word = unexpected.front().substr( 0, unexpected.front().find( '=' ) );
+    std::vector<std::string> candidates;
+    const auto chosen = app_.get_subcommands();
+    if ( chosen.empty() )
+        for ( const CLI::App* command : app_.get_subcommands( []( const CLI::App* ) { return true; } ) )
+            candidates.push_back( command->get_name() );
+    for ( const CLI::Option* option : ( chosen.empty() ? &app_ : chosen.front() )->get_options() )
+        for ( const std::string& name : option->get_lnames() )
+            candidates.push_back( "--" + name );
+    return didYouMean( word, candidates );
 }
 
 ExitStatus Program::runChosen( Console& console ) {

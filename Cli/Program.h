@@ -23,6 +23,8 @@ class Program {
 
   private:
     ExitStatus runChosen( Console& console );
+    [[nodiscard]] std::string hintForCommandLine() const;
+    void complain( Console& console, const std::string& text, const std::vector<std::string>& arguments );
 
     CLI::App app_{ "Turns the mount-profile files of agents into mount-profile records.", "mountprofile" };
     ShowCommand show_{ app_ };

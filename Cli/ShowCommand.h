@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Cli/Command.h"
+#include "Cli/OriginRecord.h"
+#include "Cli/ReadingOptions.h"
 #include "Cli/StageOptions.h"
 
 #include <string>
@@ -15,8 +17,10 @@ class ShowCommand final : public Command {
 
   private:
     void addOptions( CLI::App& app );
+    void print( Console& console, const AgentRun& run, const OriginRecord* origins ) const;
 
     StageOptions stageOptions_;
+    ReadingOptions readingOptions_;
     bool json_ = false;
     bool origin_ = false;
     bool tree_ = false; ///< only excludes the other form

@@ -1,6 +1,7 @@
 #include "Cli/StageOptions.h"
 
 #include "Cell/Cell.h"
+#include "Cli/LiteralArguments.h"
 #include "EmbeddedPlatform.h"
 
 #include <CLI/CLI.hpp>
@@ -61,12 +62,15 @@ void StageOptions::addTo( CLI::App& command ) {
         ->type_name( "N" )
         ->check( CLI::Range( 0, 2 ).description( "" ) )
         ->group( group );
-    command
-        .add_option( "--config-root", configRootFile_,
-                     "The configured paths, one 'path type flags' a line; flags may be missing" )
-        ->type_name( "FILE" )
-        ->needs( system )
-        ->group( group );
+    auto* configRoot =
+        command
+            .add_option( "--config-root", configRootFile_,
+                         "The configured paths, one 'path type flags' a line; flags may be missing" )
+            ->type_name( "FILE" )
+            ->needs( system )
+            ->group( group );
+    takeLiterally( *system );
+    takeLiterally( *configRoot );
 }
 
 Stage StageOptions::setUp() const {

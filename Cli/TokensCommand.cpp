@@ -2,6 +2,7 @@
 
 #include "Cli/AgentRun.h"
 #include "Cli/CommandCodes.h"
+#include "Cli/LiteralArguments.h"
 #include "Cli/PrintableText.h"
 #include "ProfileParser/TokenListing.h"
 
@@ -43,7 +44,8 @@ TokensCommand::TokensCommand( CLI::App& program )
     : Command(
           *program.add_subcommand( "tokens", "Print what the parser sees of a file, one token a line" ) ) {
     auto& app = *program.get_subcommand( "tokens" );
-    app.add_option( "FILE", file_, "An agent file or an include file" )->required()->type_name( "" );
+    takeLiterally(
+        *app.add_option( "FILE", file_, "An agent file or an include file" )->required()->type_name( "" ) );
     app.footer(
         "A line is 'TYPE NAME LINE:COLUMN TEXT'. The parser counts columns from 0, but from -1 on the first\n"
         "line; it sees a line end behind the end of every file. Bytes that are not printable ASCII, and the\n"

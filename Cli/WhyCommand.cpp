@@ -1,6 +1,7 @@
 #include "Cli/WhyCommand.h"
 
-#include "Cli/Diagnostics.h"
+#include "Cli/Diagnostic.h"
+#include "Cli/LiteralArguments.h"
 #include "Cli/MountHistory.h"
 #include "Cli/MountSearch.h"
 #include "Cli/PrintableText.h"
@@ -16,10 +17,10 @@ WhyCommand::WhyCommand( CLI::App& program )
 }
 
 void WhyCommand::addOptions( CLI::App& app ) {
-    app.add_option( "FILE", file_, "The agent file" )->required()->type_name( "" );
-    app.add_option( "PATH", path_, "The path, as 'show' prints it or as the file has it" )
-        ->required()
-        ->type_name( "" );
+    takeLiterally( *app.add_option( "FILE", file_, "The agent file" )->required()->type_name( "" ) );
+    takeLiterally( *app.add_option( "PATH", path_, "The path, as 'show' prints it or as the file has it" )
+                        ->required()
+                        ->type_name( "" ) );
     stageOptions_.addTo( app );
     app.footer( "'default' stands in place of a line for what every agent gets.\n\n"
                 "Exit status: 0 the path is mounted; 1 it is not, or the file is invalid, or not an agent\n"

@@ -40,7 +40,14 @@ class CommandTest : public testing::Test {
     [[nodiscard]] ProgramResult run( std::vector<std::string> arguments,
                                      std::vector<std::pair<std::string, std::string>> environment = {},
                                      OutputTo output = OutputTo::text ) const {
-        ProgramCall call{ { command() }, std::move( environment ), directory_, output };
+        ProgramCall call{ { command() }, std::move( environment ), directory_, output, {} };
+        call.command.insert( call.command.end(), arguments.begin(), arguments.end() );
+        return runProgram( call );
+    }
+
+    [[nodiscard]] ProgramResult runWithInput( const std::string& input,
+                                              std::vector<std::string> arguments ) const {
+        ProgramCall call{ { command() }, {}, directory_, OutputTo::text, input };
         call.command.insert( call.command.end(), arguments.begin(), arguments.end() );
         return runProgram( call );
     }

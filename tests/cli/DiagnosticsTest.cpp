@@ -55,7 +55,7 @@ TEST_F( DiagnosticsTest, theCaretStandsUnderThePlace ) {
         { "the appended line end, with blanks before it", "agentName: Fan\n/b, K \t",
           "    2 | /b, K\n      |      ^\n" },
         { "an open string at the end of the file", "agentName: Fan\n/a, \"b",
-          "    2 | /a, \"b\n      |       ^\n" },
+          "    2 | /a, \"b\n      |     ~~^\n" },
     };
     for ( const auto& [what, agent, excerpt] : rows ) {
         write( "agent", agent );
@@ -69,7 +69,7 @@ TEST_F( DiagnosticsTest, theCaretStandsUnderThePlace ) {
 
 TEST_F( DiagnosticsTest, theEndOfInputIsShownBehindTheLastText ) {
     write( "agent", "agentName: Fan\ninclude: inc\n\n\n" );
-    EXPECT_EQ( shown( "agent" ).excerpt, "    2 | include: inc\n      |             ^\n" );
+    EXPECT_EQ( shown( "agent" ).excerpt, "    2 | include: inc\n      |          ~~~^\n" );
     write( "inc", " \n\t\n" );
     EXPECT_EQ( shown( "agent" ).firstLine,
                "inc:2:1: error: at <EOF>, Include file should contain only mounts. (included from agent)" );

@@ -4,6 +4,7 @@
 #include "Cli/OrderedWork.h"
 #include "Cli/ProgressBar.h"
 #include "Cli/SourceExcerpt.h"
+#include "Cli/SourceText.h"
 #include "cli/CommandTest.h"
 
 #include <fcntl.h>
@@ -149,38 +150,61 @@ TEST( CapturedErrorsTest, textOfNoCollectorGoesWhereItWent ) {
     EXPECT_EQ( testing::internal::GetCapturedStderr(), "before between after" );
 }
 
-class SourceExcerptTest : public CommandTest {
-  protected:
-    SourceExcerptTest() {
-        write( "agent", "one\ntwo\n" );
-        error_.fileNameIs( ( directory() / "agent" ).string() );
-        error_.lineIs( 2 );
-        error_.charPositionInLineIs( 1 );
+TEST( SourceExcerptTest, thePlaceGetsACaretAndWhatIsWrongALine ) {
+    const std::string text = "one\n/a, K, read # c\n\tthree\n";
+    const struct {
+        Marks marks;
+        std::string excerpt;
+    } rows[] = {
+        { { 5, 5, 5 }, "    2 | /a, K, read # c\n      |  ^\n" },
+        { { 4, 4, 6 }, "    2 | /a, K, read # c\n      | ^~\n" },
+        { { 15, 11, 15 }, "    2 | /a, K, read # c\n      |        ~~~~^\n" },
+        { { 13, 11, 15 }, "    2 | /a, K, read # c\n      |        ~~^~\n" },
+        { { 20, 11, 15 }, "    3 |         three\n      | ^\n" }, // what is wrong stands on the line before
+        { { 21, 20, 23 }, "    3 |         three\n      | ~~~~~~~~^~\n" },
+        { { 26, 26, 26 }, "    3 |         three\n      |              ^\n" },
+        { { 27, 27, 27 }, "    3 |         three\n      |              ^\n" },
+        { { 99, 99, 99 }, "    3 |         three\n      |              ^\n" },
+        { { 99, 0, 99 }, "    3 |         three\n      | ~~~~~~~~~~~~~^\n" },
+    };
+    for ( const auto& [marks, excerpt] : rows )
+        EXPECT_EQ( sourceExcerpt( text, marks, false ), excerpt ) << marks.place;
+    EXPECT_EQ( sourceExcerpt( "", { 0, 0, 0 }, false ), "    1 | \n      | ^\n" );
+    EXPECT_EQ( sourceExcerpt( "abc", { 1, 1, 2 }, true ), "    1 | abc\n      |  \033[1;31m^\033[0m\n" );
+}
+
+TEST( SourceExcerptTest, aLineUnderALongTextIsCutWithIt ) {
+    const std::string text( 300, 'x' );
+    EXPECT_EQ( sourceExcerpt( text, { 150, 10, 290 }, false ),
+               "    1 | ..." + std::string( 140, 'x' ) + "...\n      |    " + std::string( 80, '~' ) + "^" +
+                   std::string( 59, '~' ) + "\n" );
+}
+
+TEST( SourceTextTest, placesCountBytesAndCharacters ) {
+    const std::string text = "one\r\n\xC3\xA9\xE4\xBA\x8C\xFF!\n\n  \n";
+    const struct {
+        std::size_t offset;
+        TextPlace place;
+    } rows[] = {
+        { 0, { 1, 1, 1 } },  { 2, { 1, 3, 3 } },  { 3, { 1, 4, 4 } },  { 4, { 1, 4, 4 } },
+        { 5, { 2, 1, 1 } },  { 7, { 2, 3, 2 } },  { 10, { 2, 6, 3 } }, { 11, { 2, 7, 4 } },
+        { 12, { 2, 8, 5 } }, { 13, { 3, 1, 1 } }, { 99, { 2, 8, 5 } }, { 17, { 2, 8, 5 } },
+    };
+    for ( const auto& [offset, place] : rows ) {
+        const TextPlace found = textPlace( text, offset );
+        EXPECT_EQ( found.line, place.line ) << offset;
+        EXPECT_EQ( found.column, place.column ) << offset;
+        EXPECT_EQ( found.character, place.character ) << offset;
     }
-
-    RecognitionError error_;
-};
-
-TEST_F( SourceExcerptTest, anErrorWithoutAPlaceHasNone ) {
-    EXPECT_EQ( sourceExcerpt( error_, false ), "    2 | two\n      |  ^\n" );
-    error_.lineIs( RecognitionError::noLine );
-    EXPECT_EQ( sourceExcerpt( error_, false ), "" );
 }
 
-TEST_F( SourceExcerptTest, aFileThatHasGoneOrIsNoFileAnyMoreHasNone ) {
-    error_.includeFileNameIs( directory().string() );
-    EXPECT_EQ( sourceExcerpt( error_, false ), "" );
-    error_.includeFileNameIs( ( directory() / "gone" ).string() );
-    EXPECT_EQ( sourceExcerpt( error_, false ), "" );
-}
+class SourceFileTest : public CommandTest {};
 
-TEST_F( SourceExcerptTest, aPlaceThatTheFileNoLongerHasIsItsEnd ) {
-    error_.charPositionInLineIs( 77 );
-    EXPECT_EQ( sourceExcerpt( error_, false ), "    2 | two\n      |    ^\n" );
-    error_.lineIs( 3'000'000'000 );
-    EXPECT_EQ( sourceExcerpt( error_, false ), "    2 | two\n      |    ^\n" );
-    write( "agent", "" );
-    EXPECT_EQ( sourceExcerpt( error_, false ), "    1 | \n      | ^\n" );
+TEST_F( SourceFileTest, aSourceThatHasGoneOrIsNoFileIsNotRead ) {
+    EXPECT_EQ( readSource( ( directory() / "gone" ).string() ), std::nullopt );
+    EXPECT_EQ( readSource( directory().string() ), std::nullopt );
+    write( "agent", "text" );
+    EXPECT_EQ( readSource( ( directory() / "agent" ).string() ), "text" );
 }
 
 } // namespace

@@ -87,6 +87,14 @@ void redirectOutput( OutputTo output, const File& out ) {
         ::_exit( notStarted );
 }
 
+/// A file to be read from its beginning.
+File inputFileOf( const std::string& text ) {
+    File file = newTemporaryFile();
+    std::fwrite( text.data(), 1, text.size(), file.get() );
+    std::rewind( file.get() );
+    return file;
+}
+
 int exitStatusOf( pid_t child ) {
     int status = 0;
     while ( ::waitpid( child, &status, 0 ) < 0 )
@@ -121,10 +129,13 @@ ProgramResult runProgram( const ProgramCall& call ) {
         return runOnTerminal( call );
     const File out = newTemporaryFile();
     const File err = newTemporaryFile();
+    const File in = inputFileOf( call.input.value_or( "" ) );
     const pid_t child = checked( ::fork(), "fork" );
     if ( child == 0 ) {
         redirectOutput( call.output, out );
         ::dup2( ::fileno( err.get() ), STDERR_FILENO );
+        if ( call.input )
+            ::dup2( ::fileno( in.get() ), STDIN_FILENO );
         become( call );
     }
     ProgramResult result;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,6 +23,7 @@ struct ProgramCall {
     std::vector<std::pair<std::string, std::string>> environment{}; ///< beside what the test itself was given
     std::filesystem::path directory = ".";                          ///< where it runs
     OutputTo output = OutputTo::text;
+    std::optional<std::string> input{}; ///< on standard input; what the test itself has there unless given
 };
 
 struct ProgramResult {

@@ -1,0 +1,26 @@
+#include "Cli/LiteralArguments.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+namespace Corvid::Cli {
+
+std::vector<std::string> literalArguments( int argc, const char* const* argv ) {
+    std::vector<std::string> arguments( argv + std::min( argc, 1 ), argv + argc );
+    for ( std::string& argument : arguments )
+        if ( argument.ends_with( ']' ) )
+            argument += '\0';
+    std::ranges::reverse( arguments );
+    return arguments;
+}
+
+void takeLiterally( CLI::Option& option ) {
+    option.transform( []( const std::string& value ) { return withoutMarks( value ); }, "" );
+}
+
+std::string withoutMarks( std::string text ) {
+    std::erase( text, '\0' );
+    return text;
+}
+
+} // namespace Corvid::Cli

@@ -1,0 +1,67 @@
+#include "Cli/ReadingOptions.h"
+
+#include "Cli/CommandCodes.h"
+#include "Cli/LiteralArguments.h"
+#include "Cli/StandardInput.h"
+
+#include <CLI/CLI.hpp>
+#include <stdexcept>
+
+namespace Corvid::Cli {
+
+CLI::Option* ReadingOptions::addTo( CLI::App& command ) {
+    constexpr auto group = "Input options";
+    takeLiterally( *command
+                        .add_option( "--stdin-path", stdinPath_,
+                                     "Where the file that is read from standard input, as -, would lie" )
+                        ->type_name( "PATH" )
+                        ->group( group ) );
+    takeLiterally( *command
+                        .add_option( "--depfile", depfile_,
+                                     "Write the files that are read to FILE, as a rule for make or ninja" )
+                        ->type_name( "FILE" )
+                        ->group( group ) );
+    return command
+        .add_flag( "--list-files", listFiles_, "Print the files that are read, one a line, and nothing else" )
+        ->group( group );
+}
+
+ListedFile ReadingOptions::named( const std::string& path ) {
+    if ( path != standardInputPath )
+        return { path, false, {}, {} };
+    if ( std::exchange( hasReadStandardInput_, true ) )
+        throw std::runtime_error( "standard input can be read only once" );
+    StandardInput input = readStandardInput();
+    return { stdinPath_.value_or( "<stdin>" ), false, input.problem, std::move( input.text ) };
+}
+
+void ReadingOptions::check() const {
+    if ( stdinPath_ && !hasReadStandardInput_ )
+        throw std::runtime_error( "--stdin-path is about a file that is given as -" );
+}
+
+ExitStatus ReadingOptions::finish( Console& console, ExitStatus status ) {
+    if ( listFiles_ )
+        files_.write( console.out );
+    if ( !depfile_ || status == ExitStatus::trouble )
+        return status;
+    try {
+        files_.writeDepfile( *depfile_ );
+    } catch ( const std::runtime_error& error ) {
+        console.complain( error.what(), usageCode );
+        return ExitStatus::trouble;
+    }
+    return status;
+}
+
+AgentRun runListedFile( const Stage& stage, const ListedFile& file, RunObserver* observer ) {
+    if ( file.problem.empty() )
+        return runAgentFile( stage, file.path, observer, file.text );
+    AgentRun run;
+    run.agentFile = file.path;
+    run.exception = file.problem;
+    run.reason = file.problem;
+    return run;
+}
+
+} // namespace Corvid::Cli
