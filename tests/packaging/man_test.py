@@ -115,6 +115,15 @@ class Statements(unittest.TestCase):
                          sorted(keyword.replace(" ", "") for keyword in keywords))
 
 
+class Functions(unittest.TestCase):
+    def test_the_page_on_the_library_names_every_function_of_the_c_interface(self):
+        declared = re.findall(r"^CORVID_MOUNT_PROFILE_API [^;(]*?(\w+)\(", text_of("CInterface", "corvid_mount_profile.h"), re.M)
+        described = re.findall(r"^\.Fn (corvid_\w+)", text_of("packaging", "man", "corvid-mount-profile.3"), re.M)
+        self.assertGreaterEqual(len(declared), 9)
+        self.assertEqual(sorted(described), sorted(declared),
+                         "packaging/man/corvid-mount-profile.3 has `.Fn NAME` below 'From C' for every function")
+
+
 class Examples(unittest.TestCase):
     def setUp(self):
         self.directory = tempfile.TemporaryDirectory()
