@@ -42,6 +42,12 @@ state() {
     in_root dpkg-query -W
 }
 
+# The file of a package, as it is named within the root.
+file_of() {
+    local found=( "$system/tmp/packages/$1"_*.deb )
+    echo "/tmp/packages/${found[0]##*/}"
+}
+
 use() {
     say "using what is installed: $1"
     cp "$root/debian/tests/$1" "$system/tmp/packages/"
@@ -61,10 +67,11 @@ cp /etc/resolv.conf "$system/etc/resolv.conf"
 apt_get update
 state >"$package/state-before"
 say "installing the command"
-apt_get install --no-install-recommends /tmp/packages/mountprofile_*.deb /tmp/packages/libcorvidmountprofilehdlr1_*.deb
+apt_get install --no-install-recommends "$( file_of mountprofile )" \
+    "$( file_of libcorvidmountprofilehdlr1 )"
 use command
 say "installing the development files"
-apt_get install --no-install-recommends /tmp/packages/libcorvidmountprofilehdlr-dev_*.deb
+apt_get install --no-install-recommends "$( file_of libcorvidmountprofilehdlr-dev )"
 use library
 say "removing all of it"
 apt_get purge --autoremove mountprofile libcorvidmountprofilehdlr1 libcorvidmountprofilehdlr-dev
