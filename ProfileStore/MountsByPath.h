@@ -70,13 +70,18 @@ class CORVID_API MountsByPath {
     MountsByPath( const MountsByPath& ) = delete;
     MountsByPath& operator=( const MountsByPath& ) = delete;
 
+    /// How many mounts there are.
     [[nodiscard]] std::size_t size() const noexcept { return size_; }
+    /// Whether there are none.
     [[nodiscard]] bool empty() const noexcept { return size_ == 0; }
+    /// The mount whose path comes first.
     [[nodiscard]] const_iterator begin() const noexcept { return const_iterator( blocks_.begin() ); }
+    /// Behind the last one.
     [[nodiscard]] const_iterator end() const noexcept { return const_iterator( blocks_.end() ); }
 
     /// The mount at a path, or null. Valid until the collection changes.
     [[nodiscard]] const Mount* find( std::string_view path ) const noexcept;
+    /// Where a mount with this path goes.
     [[nodiscard]] Place place( std::string_view path ) noexcept;
     /// Puts a mount in its place: inserts it, or replaces the one that is there.
     /// @param place of the mount's path. @throws std::bad_alloc, and then nothing has changed.
