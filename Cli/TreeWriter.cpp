@@ -82,6 +82,7 @@ std::string Writer::filterOf( const PassiveMountGroup& group, const Mount& mount
     for ( const auto& [name, attrFilter] : mount.mountFilter().attrFilter() )
         ordered.emplace( name, attrFilter.filterKey() );
     std::vector<std::string> items;
+    items.reserve( ordered.size() );
     for ( const auto& [name, key] : ordered )
         items.push_back( withNote( std::string( name ) +
                                        ( key.empty() ? std::string() : " = \"" + std::string( key ) + "\"" ),
@@ -209,6 +210,7 @@ void Writer::profile( const PassiveAgentProfile& profile, const std::vector<std:
     for ( const auto& [alias, targets] : profile.aliasKey() )
         attribute( "alias", alias.str() + " = " + targets.str(), notes_.alias( alias ) );
     std::vector<std::string> names;
+    names.reserve( subAgents.size() );
     for ( const std::string& name : subAgents )
         names.push_back( withNote( name, notes_.subAgent( names.size() ) ) );
     attribute( "sub-agents", joined( names ) );
