@@ -161,7 +161,7 @@ Lexed LibraryRun::tokens( const std::string& name ) const {
     Lexed out;
     const auto receive = [&]( const Corvid::ListedToken& token ) {
         const auto type = static_cast<Type>( token.type );
-        if ( token.type >= 67 || std::string_view( token.name ) != typeName( type ) )
+        if ( token.type >= typeCount || std::string_view( token.name ) != typeName( type ) )
             throw std::logic_error( std::string( "wrong name of a token: " ) + token.name );
         out.tokens.push_back( { type, token.line, token.charPositionInLine, std::string( token.text ) } );
     };

@@ -121,7 +121,7 @@ class Grammar {
             ruleNames_.push_back( line.substr( 0, blank ) );
             bodies_[ruleNames_.back()] = ProductionReader( line.substr( blank + 1 ) ).read();
         }
-        for ( std::uint32_t type = 4; type < 67; ++type )
+        for ( std::uint32_t type = 4; type < typeCount; ++type )
             types_[typeName( static_cast<Type>( type ) )] = type;
         TypeSet ends;
         ends.set( endOfRule );

@@ -50,7 +50,7 @@ enum class Rule : std::int32_t {
 };
 
 /// A set of token types. The end of input is never in one: the parser library's sets cannot hold it.
-using TypeSet = std::bitset<67>;
+using TypeSet = std::bitset<typeCount>;
 /// Stands in a set for "the rule may end here".
 inline constexpr std::size_t endOfRule = 1;
 

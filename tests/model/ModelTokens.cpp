@@ -21,7 +21,7 @@ constexpr const char* names[] = {
     "UIDENT", "V", "W", "WS", "X", "Y",
     "Z" };
 // clang-format on
-static_assert( std::size( names ) == 67 );
+static_assert( std::size( names ) == typeCount );
 
 } // namespace
 

@@ -44,6 +44,9 @@ enum Type : std::uint32_t {
     END = 0xFFFFFFFF ///< the end of input
 };
 
+/// How many types there are, the end of input not counted: one more than the highest.
+inline constexpr std::size_t typeCount = 67;
+
 [[nodiscard]] const char* typeName( Type type );
 
 struct Token {
