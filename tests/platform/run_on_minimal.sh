@@ -5,7 +5,6 @@ source=$1
 bin=$( realpath "$2" )
 
 "$bin/PlatformContractTest" --gtest_brief=1
-"$bin/ProfileStoreTest" --gtest_brief=1
 
 # The includes are found, and read in whatever order; without cells, paths are not qualified.
 cd "$source"
