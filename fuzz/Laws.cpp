@@ -65,13 +65,13 @@ void checkDetails( const FinishedRun& run, std::string_view text, std::string_vi
     require( std::ranges::find( Corvid::errorCodes(), details.code, &Corvid::ErrorCode::code ) !=
                  Corvid::errorCodes().end(),
              "an error has a code", details.code );
-    if ( !details.hasRange )
+    if ( !details.hasPlace )
         return;
-    require( details.begin <= details.end && details.end <= text.size(), "an error's range lies in its file",
-             run.printed );
-    require( !rest.data() || details.begin == static_cast<std::size_t>( rest.data() - text.data() ) ||
-                 details.begin == text.size(),
-             "an error's range begins at its place, or it is the file's end", run.printed );
+    require( details.begin <= details.end && details.end <= text.size() && details.place <= text.size(),
+             "an error's range and place lie in its file", run.printed );
+    require( !rest.data() || details.place == static_cast<std::size_t>( rest.data() - text.data() ) ||
+                 details.place == text.size(),
+             "an error's place is the record's, or the file's end", run.printed );
 }
 
 } // namespace
