@@ -40,6 +40,7 @@ struct PublishedProfile {
 /// wait for no run: only while a pointer is copied.
 class CORVID_API PublishedProfiles {
   public:
+    /// What a reader holds: it stays as it is, whatever is published meanwhile.
     using Reading = std::shared_ptr<const PublishedProfile>;
 
     PublishedProfiles() = default;

@@ -143,6 +143,10 @@ class Examples(unittest.TestCase):
         for line in lines:
             run = self.run_in_directory(line)
             self.assertEqual((run.returncode, run.stderr), (0, ""), line)
+            _, _, written = line.partition(" > ")
+            if written:
+                with open(os.path.join(self.directory.name, written), encoding="utf-8") as file:
+                    run.stdout += file.read()
             self.assertNotEqual(run.stdout, "", line)
 
     def test_the_agent_file_in_the_page_is_valid(self):
