@@ -52,9 +52,9 @@ class ParserScene {
     }
 
   private:
-    /// Of exactly the text's size, so that a sanitizer sees every byte that is read beyond it.
+    /// With the NUL behind the text that the readers rely on, and nothing more: a sanitizer sees what is read beyond.
     static Corvid::InputFile inputFile( std::string_view text ) {
-        Corvid::InputFile file{ std::make_unique<char[]>( text.size() ), text.size() };
+        Corvid::InputFile file{ std::make_unique<char[]>( text.size() + 1 ), text.size() };
         std::ranges::copy( text, file.data.get() );
         return file;
     }
