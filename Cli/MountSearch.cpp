@@ -85,7 +85,7 @@ std::vector<std::string> pathsLike( const PassiveAgentProfile& profile, std::str
             if ( const Unlikeliness unlikely = unlikeliness( mount.path(), path ); unlikely.kind < 3 )
                 found.emplace_back( unlikely, mount.path().str() );
     std::ranges::sort( found );
-    found.erase( std::ranges::unique( found ).begin(), found.end() ); // in several groups
+    found.erase( std::unique( found.begin(), found.end() ), found.end() ); // in several groups
     for ( auto& [unlikely, mountPath] : found )
         if ( answers.size() < mostAnswers )
             answers.push_back( std::move( mountPath ) );
