@@ -9,43 +9,51 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
 
 namespace Corvid::Cli {
 
-/// Yields results number 0 to count − 1 in that order, computed by several threads. A single file is checked
-/// without another thread, which costs more than the check.
+/// Yields results number 0 to count − 1 in that order, computed by several threads. The caller's is one of
+/// them: it computes while the result that is to come next is not ready, so nobody has to be woken for each
+/// result.
 template <class Result>
 class OrderedWork {
   public:
-    /// @param threads at most so many; 1 stands for the caller's own. @param compute is called once for every
-    /// number, by any of the threads.
+    /// @param threads at most so many, the caller's included; fewer when the system does not grant them.
+    /// @param compute is called once for every number, by any of the threads.
     OrderedWork( std::size_t count, std::size_t threads, std::function<Result( std::size_t )> compute )
         : compute_( std::move( compute ) ), results_( count ) {
-        const std::size_t useful = std::min( threads, count );
-        if ( useful > 1 )
-            for ( std::size_t i = 0; i < useful; ++i )
-                threads_.emplace_back( [this] { work(); } );
+        try {
+            while ( threads_.size() + 1 < std::min( threads, count ) )
+                threads_.emplace_back( [this] {
+                    while ( computeOne() ) {
+                    }
+                } );
+        } catch ( const std::system_error& ) { // no more of them: those that there are do all
+        }
     }
     OrderedWork( const OrderedWork& ) = delete;
     OrderedWork& operator=( const OrderedWork& ) = delete;
     /// Waits for the results that are being computed; those not begun never are.
     ~OrderedWork() { next_ = results_.size(); }
 
-    /// The next result in order, or none when it does not come in time. Called at most count times with
-    /// success.
+    /// The next result in order, or none when it is not ready after computing another one or, when all have
+    /// been begun, in time. Called at most count times with success.
     /// @throws whatever computing a result threw.
     std::optional<Result> take( std::chrono::milliseconds patience ) {
-        if ( threads_.empty() ) {
-            Result result = compute_( taken_++ );
-            ++done_;
-            return result;
-        }
         std::unique_lock lock( mutex_ );
         auto& result = results_[taken_];
-        ready_.wait_for( lock, patience, [&] { return result || failure_; } );
+        const auto isReady = [&] { return result || failure_; };
+        if ( !isReady() ) {
+            lock.unlock();
+            const bool hasComputed = computeOne();
+            lock.lock();
+            if ( !hasComputed )
+                ready_.wait_for( lock, patience, isReady );
+        }
         if ( failure_ )
             std::rethrow_exception( failure_ );
         if ( !result )
@@ -57,22 +65,22 @@ class OrderedWork {
     [[nodiscard]] std::size_t done() const noexcept { return done_; }
 
   private:
-    void work() noexcept {
-        for ( ;; ) {
-            const std::size_t number = next_++;
-            if ( number >= results_.size() )
-                return;
-            try {
-                Result result = compute_( number );
-                const std::lock_guard lock( mutex_ );
-                results_[number] = std::move( result );
-            } catch ( ... ) {
-                const std::lock_guard lock( mutex_ );
-                failure_ = std::current_exception();
-            }
-            ++done_;
-            ready_.notify_one();
+    /// @return false when all have been begun.
+    bool computeOne() noexcept {
+        const std::size_t number = next_++;
+        if ( number >= results_.size() )
+            return false;
+        try {
+            Result result = compute_( number );
+            const std::lock_guard lock( mutex_ );
+            results_[number] = std::move( result );
+        } catch ( ... ) {
+            const std::lock_guard lock( mutex_ );
+            failure_ = std::current_exception();
         }
+        ++done_;
+        ready_.notify_one();
+        return true;
     }
 
     std::function<Result( std::size_t )> compute_;

@@ -207,6 +207,16 @@ TEST_F( CommandFaultsTest, ADirectoryThatDoesNotTellWhatItsEntriesAreIsListedAll
     EXPECT_TRUE( sameForTheUser( answer( check, hidden ), sound ) );
 }
 
+TEST_F( CommandFaultsTest, ThreadsThatTheSystemDoesNotGrantAreDoneWithout ) {
+    const std::vector<std::string> check{ "check", "--jobs", "3", dir.path() };
+    const Answer sound = answer( check, failingAllocation( 0 ) );
+    for ( const int refused : { 1, 2 } ) {
+        const Answer faulty = answer( check, failingCall( newThread, refused, EAGAIN ) );
+        EXPECT_TRUE( faulty.hasFailed );
+        EXPECT_TRUE( sameForTheUser( faulty, sound ) ) << faulty.err;
+    }
+}
+
 TEST_F( CommandFaultsTest, AWriteThatFailsIsNotClaimedAndOneThatIsInterruptedIsRepeated ) {
     const Answer sound = answer( { "show", agent }, failingAllocation( 0 ) );
     EXPECT_EQ( sound.exitStatus, 0 );

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <system_error>
+#include <thread>
+
 #include <dirent.h>
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -37,6 +40,7 @@ FaultyFunction systemFstat{ "fstat" };
 FaultyFunction systemRead{ "read" };
 FaultyFunction systemWrite{ "write" };
 FaultyFunction systemReaddir{ "readdir" };
+FaultyFunction newThread{ "std::thread" };
 
 namespace {
 
@@ -130,5 +134,17 @@ dirent* wrappedReaddir( DIR* directory ) {
     if ( entry && typesAreHidden )
         entry->d_type = DT_UNKNOWN;
     return entry;
+}
+
+// Where libstdc++ makes the threads of std::thread and std::jthread; its second argument is a
+// std::unique_ptr.
+void realStartThread( std::thread*, void*, void ( * )() ) asm(
+    "__real__ZNSt6thread15_M_start_threadESt10unique_ptrINS_6_StateESt14default_deleteIS1_EEPFvvE" );
+void wrappedStartThread( std::thread*, void*, void ( * )() ) asm(
+    "__wrap__ZNSt6thread15_M_start_threadESt10unique_ptrINS_6_StateESt14default_deleteIS1_EEPFvvE" );
+void wrappedStartThread( std::thread* thread, void* work, void ( *dependency )() ) {
+    if ( newThread.fails() )
+        throw std::system_error( newThread.error, std::generic_category() );
+    realStartThread( thread, work, dependency );
 }
 }

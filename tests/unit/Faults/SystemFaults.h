@@ -4,8 +4,8 @@
 
 namespace CorvidTest {
 
-/// One function that the library calls, of the system or of the parser library. In the program that links
-/// SystemFaults.cpp its calls can be made to fail, without the function itself being called.
+/// One function that the library or the command calls, of the system or of another library. In the program
+/// that links SystemFaults.cpp its calls can be made to fail, without the function itself being called.
 struct FaultyFunction {
     const char* name = "";
     int error = 0;        ///< what `errno` is then
@@ -36,6 +36,7 @@ extern FaultyFunction systemFstat;
 extern FaultyFunction systemRead;
 extern FaultyFunction systemWrite;
 extern FaultyFunction systemReaddir;
+extern FaultyFunction newThread; ///< of the C++ library
 
 /// Lets every read yield at most so many bytes; 0 for no such limit.
 void readsAtMost( unsigned long bytes ) noexcept;
