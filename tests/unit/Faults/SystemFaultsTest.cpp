@@ -121,8 +121,11 @@ TEST_F( SystemFaultsTest, WithoutAFileDescriptorNoFileIsOpened ) {
         EXPECT_EQ( ::setrlimit( RLIMIT_NOFILE, &before ), 0 );
         return result;
     };
-    EXPECT_EQ( outcomeWith( 0 ), notOpened( agentFile ) );
+    // First, also because the undefined behaviour sanitizer needs descriptors to look at a type it has not
+    // met.
+    EXPECT_EQ( outcomeWith( 3 ), "valid" );
     EXPECT_EQ( outcomeWith( 1 ), "valid" ); // a file is closed before the next one is opened
+    EXPECT_EQ( outcomeWith( 0 ), notOpened( agentFile ) );
 }
 
 TEST_F( SystemFaultsTest, DescriptorsAreGivenBackWhateverFails ) {
