@@ -62,13 +62,13 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
         return ExitStatus::valid;
     } catch ( const std::bad_alloc& ) {
         console.out.discard();
-        console.complain( std::strerror( ENOMEM ) );
+        console.complain( std::strerror( ENOMEM ), systemCode );
     } catch ( const std::runtime_error& error ) { // of the command line, or of the command
         console.out.discard();
         complain( console, withoutMarks( error.what() ), arguments );
     } catch ( const std::exception& error ) {
         console.out.discard();
-        console.complain( error.what() );
+        console.complain( error.what(), systemCode );
     }
     return ExitStatus::trouble;
 }

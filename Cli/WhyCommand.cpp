@@ -1,5 +1,6 @@
 #include "Cli/WhyCommand.h"
 
+#include "Cli/CommandCodes.h"
 #include "Cli/Diagnostic.h"
 #include "Cli/LiteralArguments.h"
 #include "Cli/MountHistory.h"
@@ -48,7 +49,8 @@ bool WhyCommand::tellMounts( Console& console, const PassiveAgentProfile& profil
 void WhyCommand::tellThatItIsNotMounted( Console& console, const PassiveAgentProfile& profile ) const {
     const std::string_view path = normalisedPath( path_ );
     console.complain( file_ + ": nothing is mounted at " + std::string( path ) +
-                      ( profile.validProfile() ? "" : " by what stands before the error" ) );
+                          ( profile.validProfile() ? "" : " by what stands before the error" ),
+                      notMountedCode );
     for ( const std::string& like : pathsLike( profile, path ) )
         console.err.append( "  did you mean " + printable( like ) + "?\n" );
 }

@@ -1,4 +1,5 @@
 #include "Cli/CapturedErrors.h"
+#include "Cli/CommandCodes.h"
 #include "Cli/Program.h"
 
 #include <csignal>
@@ -16,7 +17,8 @@ ExitStatus runProgram( int argc, char** argv ) {
     ExitStatus status = Program().run( argc, argv, console );
     console.out.flush();
     if ( const int failure = console.out.failure() ) {
-        console.complain( std::string( "cannot write to standard output: " ) + std::strerror( failure ) );
+        console.complain( std::string( "cannot write to standard output: " ) + std::strerror( failure ),
+                          systemCode );
         status = ExitStatus::trouble;
     }
     return status;
@@ -31,7 +33,7 @@ int main( int argc, char** argv ) {
         status = runProgram( argc, argv );
     } catch (
         const std::exception& error ) { // not even the complaint could be made: this one takes no memory
-        std::fprintf( stderr, "mountprofile: %s\n", error.what() );
+        std::fprintf( stderr, "mountprofile: %s [%s]\n", error.what(), systemCode.data() );
     }
     return static_cast<int>( status );
 }

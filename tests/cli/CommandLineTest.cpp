@@ -96,8 +96,9 @@ TEST_F( CommandLineTest, outputThatCannotBeWrittenIsNotClaimed ) {
     };
     for ( const auto& [output, reason] : rows )
         for ( const auto& command : commands )
-            EXPECT_THAT( run( command, {}, output ),
-                         Answers( 2, "", "mountprofile: cannot write to standard output: " + reason + "\n" ) )
+            EXPECT_THAT(
+                run( command, {}, output ),
+                Answers( 2, "", "mountprofile: cannot write to standard output: " + reason + " [MP094]\n" ) )
                 << testing::PrintToString( command );
 }
 
@@ -107,8 +108,9 @@ TEST_F( CommandLineTest, aLongDocumentStopsAtTheFirstFailedWrite ) {
         agent += "/mount/number/" + std::to_string( i ) + ", Kiv::Entity, r\n";
     write( "agent", agent );
     for ( const std::string form : { "--json", "--tree" } )
-        EXPECT_THAT( run( { "show", form, "agent" }, {}, OutputTo::closedPipe ),
-                     Answers( 2, "", "mountprofile: cannot write to standard output: Broken pipe\n" ) );
+        EXPECT_THAT(
+            run( { "show", form, "agent" }, {}, OutputTo::closedPipe ),
+            Answers( 2, "", "mountprofile: cannot write to standard output: Broken pipe [MP094]\n" ) );
 }
 
 } // namespace

@@ -21,14 +21,18 @@ class WhyTest : public CommandTest {
     [[nodiscard]] ProgramResult why( const std::string& path, const std::string& file = "agent" ) const {
         return run( { "why", "--no-defaults", file, path } );
     }
-    /// What stands on standard error when a valid file does not mount the path.
+    /// What stands on standard error when a valid file does not mount the path, less the first words and the
+    /// code.
     [[nodiscard]] std::string complaintAbout( const std::string& path ) const {
         const auto result = why( path );
         EXPECT_EQ( result.exitStatus, 1 );
         EXPECT_EQ( result.out, "" );
         const std::string beginning = "mountprofile: agent: nothing is mounted at ";
         EXPECT_THAT( result.err, StartsWith( beginning ) );
-        return result.err.substr( std::min( beginning.size(), result.err.size() ) );
+        std::string complaint = result.err.substr( std::min( beginning.size(), result.err.size() ) );
+        const std::string code = " [MP093]\n";
+        EXPECT_THAT( complaint, HasSubstr( code ) );
+        return complaint.replace( std::min( complaint.find( code ), complaint.size() ), code.size(), "\n" );
     }
 };
 
@@ -186,9 +190,10 @@ TEST_F( WhyTest, anInvalidFileTellsItsErrorAndWhatStandsBeforeIt ) {
                  Answers( 1, HasSubstr( "  agent:2: mounts it with the flag r\n" ), StartsWith( error ) ) );
     const auto behind = why( "c" );
     EXPECT_THAT( behind, Answers( 1, "", StartsWith( error ) ) );
-    EXPECT_THAT( behind.err,
-                 EndsWith( "mountprofile: agent: nothing is mounted at c by what stands before the error\n"
-                           "  did you mean a?\n" ) );
+    EXPECT_THAT(
+        behind.err,
+        EndsWith( "mountprofile: agent: nothing is mounted at c by what stands before the error [MP093]\n"
+                  "  did you mean a?\n" ) );
 }
 
 TEST_F( WhyTest, aFileWithoutAProfileTellsWhyThereIsNone ) {

@@ -41,8 +41,10 @@ bool isComplaint( const Answer& answer ) {
     std::string_view line = answer.err; // the last one: `check` tells of each file as soon as it can
     line.remove_prefix( line.find_last_of( '\n', line.size() - 2 ) + 1 );
     return answer.exitStatus == 2 && answer.out.empty() && line.starts_with( "mountprofile: " ) &&
-           ( line.find( "Cannot allocate memory" ) != std::string_view::npos ||
-             line == "mountprofile: std::bad_alloc\n" );
+           ( line.ends_with( ": Cannot allocate memory [MP090]\n" ) ||
+             line.ends_with( ": Cannot allocate memory [MP092]\n" ) ||
+             line == "mountprofile: Cannot allocate memory [MP094]\n" ||
+             line == "mountprofile: std::bad_alloc [MP094]\n" );
 }
 
 void PrintTo( const Answer& answer, std::ostream* out ) {
@@ -224,7 +226,8 @@ TEST_F( CommandFaultsTest, AWriteThatFailsIsNotClaimedAndOneThatIsInterruptedIsR
     const Answer faulty = answer( { "show", agent }, failingCall( systemWrite, 1, ENOSPC ) );
     EXPECT_EQ( faulty.exitStatus, 2 );
     EXPECT_EQ( faulty.out, "" );
-    EXPECT_EQ( faulty.err, "mountprofile: cannot write to standard output: No space left on device\n" );
+    EXPECT_EQ( faulty.err,
+               "mountprofile: cannot write to standard output: No space left on device [MP094]\n" );
 }
 
 } // namespace
