@@ -57,14 +57,35 @@ class Install(unittest.TestCase):
     def path(cls, *names):
         return os.path.join(cls.directory.name, *names)
 
+    def host_project(self, name, *instead):
+        """The README's CMake project, in a directory of its own; maybe with other commands in place of find_package()."""
+        [project] = re.findall(r"^```cmake\n((?:.*\n)*?)```$", read(SOURCE, "README.md"), re.M)
+        source = self.path(name)
+        os.mkdir(source)
+        with open(os.path.join(source, "CMakeLists.txt"), "w", encoding="ascii") as file:
+            file.write(re.sub(r"find_package\(.*?\)", "\n".join(instead), project) if instead else project)
+        os.symlink(SOURCE, os.path.join(source, "corvid"))
+        shutil.copy(README_HOST, os.path.join(source, "host.cpp"))
+        build = os.path.join(source, "build")
+        run(CMAKE, "-S", source, "-B", build, "-G", "Ninja", "-DCMAKE_PREFIX_PATH=" + self.prefix,
+            "-DCMAKE_CXX_COMPILER=" + COMPILER, "-DCMAKE_CXX_FLAGS=" + " ".join(self.flags))
+        return build
+
     def test_a_project_finds_the_cmake_package(self):
-        build = self.path("consumer")
-        run(CMAKE, "-S", os.path.join(SOURCE, "tests", "install", "consumer"), "-B", build, "-G", "Ninja",
-            "-DCMAKE_PREFIX_PATH=" + self.prefix, "-DCMAKE_CXX_COMPILER=" + COMPILER,
-            "-DHOST_SOURCE=" + README_HOST, "-DCMAKE_CXX_FLAGS=" + " ".join(self.flags))
+        build = self.host_project("consumer")
         run(CMAKE, "--build", build)
         [shown] = re.findall(r"^\$ \./host .*\n((?:.*\n)*?)```$", read(SOURCE, "README.md"), re.M)
         self.assertEqual(run(os.path.join(build, "host"), AGENT), shown)
+
+    def test_a_project_takes_the_repository_as_a_subdirectory(self):
+        commands = ["set( BUILD_TESTING OFF )", "add_subdirectory( corvid )"]
+        for command in commands:
+            self.assertIn(f"`{command}`", read(SOURCE, "README.md"))
+        build = self.host_project("whole", *commands)
+        steps = run("ninja", "-C", build, "-t", "commands", "host")
+        self.assertRegex(steps, r"-o lib/libCorvidMountProfileHdlr\.so")
+        self.assertRegex(steps, r"-o host ")
+        self.assertNotIn("gtest", run("ninja", "-C", build, "-t", "targets", "all"))
 
     def test_pkg_config_tells_how_to_compile_and_link(self):
         page = read(SOURCE, "packaging", "man", "corvid-mount-profile.3")
