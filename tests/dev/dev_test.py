@@ -69,7 +69,7 @@ class Dev(unittest.TestCase):
         for arguments, complaint in (
                 (["build", "fast"], "no preset 'fast'; there are: release"),
                 (["test", "-R"], "no preset '-R'; there are: release"),
-                (["fuzz", "parser"], "no fuzz target 'parser'; there are: lexer"),
+                (["fuzz", "parser"], "no fuzz target 'parser'; there are: lexer, and all"),
                 (["fuzz", "lexer", "long"], "not a number of seconds: long"),
                 (["abi", "forget"], "abi takes 'record' or nothing"),
                 (["package", "tset"], "package takes 'test' or nothing"),
