@@ -67,7 +67,8 @@ TEST_F( InputTest, standardInputHasTheDocumentOfAFileOfItsPath ) {
 TEST_F( InputTest, standardInputThatCannotBeReadIsUnreadable ) {
     EXPECT_THAT( runWithInput( std::string( ( 16 << 20 ) + 1, '\n' ), { "show", "-" } ),
                  Answers( 2, "", "mountprofile: <stdin>: Larger than 16777216 bytes [MP090]\n" ) );
-    EXPECT_THAT( runWithInput( std::string( 16 << 20, '\n' ), { "check", "-" } ), Answers( 1, _, _ ) );
+    EXPECT_THAT( runWithInput( "#" + std::string( ( 16 << 20 ) - 1, 'x' ), { "check", "-" } ),
+                 Answers( 1, _, _ ) );
     ProgramCall call{ { "/bin/sh", "-c", MOUNTPROFILE_COMMAND " check - <." }, {}, directory() };
     EXPECT_THAT( runProgram( call ), Answers( 2, "1 file checked: 0 valid, 1 unreadable\n",
                                               "mountprofile: <stdin>: Is a directory [MP090]\n" ) );
@@ -124,6 +125,8 @@ TEST_F( InputTest, aDepfileIsARuleForMake ) {
                "stamp: \\\n  dir/agent \\\n  dir/inc1 \\\n  dir/inc2 \\\n  dir/a\\ b$$\\#\\:\n" );
     EXPECT_THAT( run( { "show", "--depfile", "deps", "dir/inc1" } ), Answers( 1, "", _ ) );
     EXPECT_EQ( readFile( directory() / "deps" ), "deps: \\\n  dir/inc1\n" );
+    EXPECT_THAT( run( { "check", "--depfile", ".d", "dir/agent" } ), Answers( 0, _, "" ) );
+    EXPECT_THAT( readFile( directory() / ".d" ), StartsWith( ".d: \\\n  dir/agent" ) );
 }
 
 TEST_F( InputTest, aDepfileIsWrittenWholeOrNotAtAll ) {

@@ -74,11 +74,18 @@ Fault failingAllocation( long n ) {
     };
 }
 
+/// Lets the function succeed again: the child's end may need it. @return whether it came to the fault.
+bool ended( FaultyFunction& function ) {
+    const bool hasFailed = function.hasFailed();
+    function.failAt( 0 );
+    return hasFailed;
+}
+
 Fault failingCall( FaultyFunction& function, long n, int error ) {
     return [&function, n, error]( const std::function<void()>& run ) {
         function.failAt( n, error );
         run();
-        return function.hasFailed();
+        return ended( function );
     };
 }
 
@@ -165,7 +172,7 @@ TEST_F( CommandFaultsTest, AFileThatCannotBeReadIsToldWithTheReason ) {
             const auto always = [&function = function, error = error]( const std::function<void()>& run ) {
                 function.failFrom( 1, error );
                 run();
-                return function.hasFailed();
+                return ended( function );
             };
             const Answer faulty = answer( { command, agent }, always );
             EXPECT_EQ( faulty.exitStatus, 2 ) << function.name;

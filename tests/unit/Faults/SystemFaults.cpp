@@ -3,11 +3,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
 #include <cstddef>
 #include <system_error>
 #include <thread>
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -101,8 +103,12 @@ pANTLR3_PARSER wrappedParser( ANTLR3_UINT32 sizeHint, pANTLR3_TOKEN_STREAM token
 
 int realOpen( const char*, int, ... ) asm( "__real_open" );
 int wrappedOpen( const char*, int, ... ) asm( "__wrap_open" );
-int wrappedOpen( const char* path, int flags, ... ) { // the library creates no files: no mode
-    return systemOpen.fails() ? -1 : realOpen( path, flags );
+int wrappedOpen( const char* path, int flags, ... ) {
+    std::va_list arguments;
+    va_start( arguments, flags );
+    const mode_t mode = flags & O_CREAT ? va_arg( arguments, mode_t ) : 0;
+    va_end( arguments );
+    return systemOpen.fails() ? -1 : realOpen( path, flags, mode );
 }
 
 int realFstat( int, struct stat* ) asm( "__real_fstat" );
