@@ -134,6 +134,24 @@ TEST( CInterface, AFileThatIsNoAgentFileIsToldInTheMessage ) {
                               "(agentName: NAME)" );
 }
 
+TEST( CInterface, TheDocumentIsMadeOnce ) {
+    const auto profile = parsed( source( "examples/fan/agent" ) );
+    const char* const document = corvid_mount_profile_json( profile.get(), nullptr );
+    EXPECT_EQ( corvid_mount_profile_json( profile.get(), nullptr ), document );
+}
+
+TEST( CInterface, EveryStatusHasItsText ) {
+    const std::pair<corvid_mount_profile_status, const char*> rows[] = {
+        { CORVID_MOUNT_PROFILE_OK, "no error" },
+        { CORVID_MOUNT_PROFILE_INVALID_ARGUMENT,
+          "invalid argument: a null pointer, or options that this library does not know" },
+        { CORVID_MOUNT_PROFILE_NO_MEMORY, "out of memory" },
+        { CORVID_MOUNT_PROFILE_INTERNAL, "internal error" },
+    };
+    for ( const auto& [status, text] : rows )
+        EXPECT_STREQ( corvid_mount_profile_status_text( status ), text );
+}
+
 TEST( CInterface, OptionsHold ) {
     const TempDir files;
     const auto agent = files.file( "agent", "agentName: Fan\n" );

@@ -33,6 +33,7 @@ TEST_F( CommandLineTest, whatIsWrongWithItIsToldInOneLine ) {
         { { "show", "--config-root", "words", "agent" }, "--config-root requires --system" },
         { { "check", "--jobs", "0", "agent" }, "--jobs: Value 0 not in range 1 to 1024" },
         { { "check", "--format", "xml", "agent" }, "--format: xml not in {text,json,sarif,gcc,github}" },
+        { { "check", "agent", "--format" }, "--format: 1 required text|json|sarif|gcc|github missing" },
         { { "show", "nowhere" }, "nowhere: No such file or directory [MP090]" },
         { { "show", "." }, ".: Is a directory [MP090]" },
         { { "show", "/dev/null" }, "/dev/null: Not a regular file [MP090]" },

@@ -111,7 +111,7 @@ TEST_F( ExplainTest, aCodeMayBeSpelledAsItComes ) {
 }
 
 TEST_F( ExplainTest, aCodeThatDoesNotExistIsAnsweredWithThoseThatDo ) {
-    for ( const std::string code : { "MP999", "", "M", "MP", "MP0042", "X042", "MP000" } )
+    for ( const std::string code : { "MP999", "", "M", "MP", "MP0042", "X042", "MX042", "MP000" } )
         EXPECT_THAT( run( { "explain", code } ), Answers( 2, "",
                                                           StartsWith( "mountprofile: no error has the code " +
                                                                       code + "; there are MP001 MP002 " ) ) )

@@ -101,6 +101,17 @@ TEST_F( OriginTest, whatNoLineGaveIsTheDefault ) {
                byDefault );
 }
 
+TEST_F( OriginTest, aConfiguredPathNamesTheLineThatAsksForAll ) {
+    write( "agent", "agentName: Fan\ninclude: ConfigMountProfile\n" );
+    write( "root", "a Fan::A w\n" );
+    const auto shown =
+        run( { "show", "--json", "--origin", "--system", "ar", "--config-root", "root", "agent" },
+             { { "K7_CHROOT", "/" } } );
+    const json steps = json::parse( shown.out ).at( "/origin/mountGroup/all/mountProfile/a"_json_pointer );
+    EXPECT_EQ( steps.at( 0 ).at( "origin" ),
+               json( { { "kind", "configuredPath" }, { "file", "agent" }, { "line", 2 } } ) );
+}
+
 TEST_F( OriginTest, aFileWithoutAProfileHasNoOrigins ) {
     EXPECT_EQ( run( { "show", "--json", "--origin", "nowhere" } ).out,
                run( { "show", "--json", "nowhere" } ).out );

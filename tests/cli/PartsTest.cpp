@@ -1,15 +1,20 @@
 // What of the command's parts cannot be seen from outside, or only with luck.
 
+#include "Cli/AgentRun.h"
 #include "Cli/CapturedErrors.h"
+#include "Cli/Diagnostic.h"
+#include "Cli/Hints.h"
 #include "Cli/OrderedWork.h"
 #include "Cli/ProgressBar.h"
 #include "Cli/SourceExcerpt.h"
+#include "Cli/SourceLines.h"
 #include "Cli/SourceText.h"
 #include "cli/CommandTest.h"
 
 #include <fcntl.h>
 #include <iostream>
 #include <latch>
+#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 
@@ -60,6 +65,12 @@ TEST_F( ProgressBarTest, isSilentWhenItIsNotForPeople ) {
         bar.show( 5, start_ + 1h );
     }
     EXPECT_EQ( shown(), "" );
+}
+
+TEST_F( ProgressBarTest, isFullWhereThereIsNothingToDo ) {
+    ProgressBar bar( out_, true, 0, start_ );
+    bar.show( 0, start_ + 1h );
+    EXPECT_EQ( shown(), "\r[########################################] 0/0 files" );
 }
 
 /// The next result, however often it is to be asked for.
@@ -167,6 +178,18 @@ TEST( CapturedErrorsTest, textOfNoCollectorGoesWhereItWent ) {
     EXPECT_EQ( testing::internal::GetCapturedStderr(), "before between after" );
 }
 
+TEST( CapturedErrorsTest, whatCannotBeWrittenIsNotClaimed ) {
+    class : public std::streambuf {
+    } closed;
+    std::streambuf* const before = std::cerr.rdbuf( &closed );
+    {
+        const CapturedErrors captured;
+        EXPECT_THROW( std::cerr.put( 'x' ), std::ios_base::failure );
+    }
+    std::cerr.clear();
+    std::cerr.rdbuf( before );
+}
+
 TEST( SourceExcerptTest, thePlaceGetsACaretAndWhatIsWrongALine ) {
     const std::string text = "one\n/a, K, read # c\n\tthree\n";
     const struct {
@@ -197,6 +220,21 @@ TEST( SourceExcerptTest, aLineUnderALongTextIsCutWithIt ) {
                    std::string( 59, '~' ) + "\n" );
 }
 
+TEST( SourceExcerptTest, aLongTextIsCutBetweenCharacters ) {
+    std::string text;
+    for ( int i = 0; i < 100; ++i )
+        text += "\xE4\xBA\x8C";
+    EXPECT_EQ( sourceExcerpt( text, { 150, 150, 153 }, false ), "    1 | ..." + text.substr( 72, 138 ) +
+                                                                    "...\n      |    " +
+                                                                    std::string( 52, ' ' ) + "^~\n" );
+    const std::string noCharacter( 300, '\x80' );
+    std::string escaped;
+    for ( int i = 0; i < 150; ++i )
+        escaped += "\\x80";
+    EXPECT_EQ( sourceExcerpt( noCharacter, { 150, 150, 151 }, false ),
+               "    1 | ..." + escaped + "\n      |    ^~~~\n" );
+}
+
 TEST( SourceTextTest, placesCountBytesAndCharacters ) {
     const std::string text = "one\r\n\xC3\xA9\xE4\xBA\x8C\xFF!\n\n  \n";
     const struct {
@@ -217,11 +255,71 @@ TEST( SourceTextTest, placesCountBytesAndCharacters ) {
 
 class SourceFileTest : public CommandTest {};
 
+/// Lets no file be opened while it lives.
+class NoMoreDescriptors {
+  public:
+    NoMoreDescriptors() {
+        ::getrlimit( RLIMIT_NOFILE, &before_ );
+        rlimit none = before_;
+        none.rlim_cur = 0;
+        ::setrlimit( RLIMIT_NOFILE, &none );
+    }
+    NoMoreDescriptors( const NoMoreDescriptors& ) = delete;
+    NoMoreDescriptors& operator=( const NoMoreDescriptors& ) = delete;
+    ~NoMoreDescriptors() { ::setrlimit( RLIMIT_NOFILE, &before_ ); }
+
+  private:
+    rlimit before_{};
+};
+
 TEST_F( SourceFileTest, aSourceThatHasGoneOrIsNoFileIsNotRead ) {
     EXPECT_EQ( readSource( ( directory() / "gone" ).string() ), std::nullopt );
     EXPECT_EQ( readSource( directory().string() ), std::nullopt );
     write( "agent", "text" );
-    EXPECT_EQ( readSource( ( directory() / "agent" ).string() ), "text" );
+    const std::string agent = ( directory() / "agent" ).string();
+    EXPECT_EQ( readSource( agent ), "text" );
+    const NoMoreDescriptors none;
+    EXPECT_EQ( readSource( agent ), std::nullopt );
+}
+
+TEST_F( SourceFileTest, aLineThatIsNotThereAnyMoreIsEmpty ) {
+    write( "agent", "one\r\ntwo" );
+    const std::string agent = ( directory() / "agent" ).string();
+    SourceLines lines;
+    EXPECT_EQ( lines.line( agent, 1 ), "one" );
+    EXPECT_EQ( lines.line( agent, 2 ), "two" );
+    EXPECT_EQ( lines.line( agent, 3 ), "" );
+    EXPECT_EQ( lines.line( agent, 0 ), "" );
+    EXPECT_EQ( lines.line( ( directory() / "gone" ).string(), 1 ), "" );
+}
+
+TEST_F( SourceFileTest, anErrorInAFileThatHasGoneIsToldWithoutItsSource ) {
+    write( "agent", "agentName: Fan\n/a, K, x\n" );
+    const std::string agent = ( directory() / "agent" ).string();
+    const AgentRun run = runAgentFile( {}, agent, nullptr, std::nullopt );
+    ASSERT_TRUE( diagnosticOf( run, false )->place );
+    std::filesystem::remove( agent );
+    const auto diagnostic = diagnosticOf( run, false );
+    EXPECT_EQ( diagnostic->code, "MP042" );
+    EXPECT_EQ( diagnostic->place, std::nullopt );
+    EXPECT_EQ( diagnostic->hint, "" );
+}
+
+TEST_F( SourceFileTest, whatHasChangedSinceItWasReadGetsNoHintOfWhatItWas ) {
+    const struct {
+        std::string line;
+        std::string now;
+    } rows[] = {
+        { "/a, K, x\n", "agentName: Fan\n/a, K, r\n" },
+        { "/a, k, r\n", "agentName: Fan\n" },
+        { "/a, k, r\n", "agentName: Fan\n/a, {, r\n" },
+    };
+    for ( const auto& [line, now] : rows ) {
+        write( "agent", "agentName: Fan\n" + line );
+        const AgentRun run = runAgentFile( {}, ( directory() / "agent" ).string(), nullptr, std::nullopt );
+        EXPECT_NE( hintFor( *run.handler, "agentName: Fan\n" + line ), "" ) << line;
+        EXPECT_EQ( hintFor( *run.handler, now ), "" ) << now;
+    }
 }
 
 } // namespace

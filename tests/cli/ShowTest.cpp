@@ -181,6 +181,12 @@ TEST_F( ShowTest, aLongPathDoesNotPushTheOtherLines ) {
                  EndsWith( "\n    a" + std::string( 59, ' ' ) + "  K  r\n    " + longPath + "  K  r\n" ) );
 }
 
+TEST_F( ShowTest, aPathThatIsLongerThanWhatIsWrittenAtOnceIsShownWhole ) {
+    const std::string longPath( 100000, 'p' );
+    write( "agent", "agentName: Fan\n/" + longPath + ", K, r\n" );
+    EXPECT_THAT( run( { "show", "--no-defaults", "agent" } ).out, EndsWith( longPath + "  K  r\n" ) );
+}
+
 TEST_F( ShowTest, onlyATerminalGetsColours ) {
     write( "agent", "agentName: Fan\n" );
     write( "bad", "agentName: Fan\n{\n" );

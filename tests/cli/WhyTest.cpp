@@ -174,7 +174,14 @@ TEST_F( WhyTest, aPathThatIsNotMountedIsComparedWithThoseThatAre ) {
     EXPECT_EQ( complaintAbout( "hardware" ), "hardware\n  did you mean hardware/led?\n"
                                              "  did you mean hardware/fan-%slot/speed?\n" );
     EXPECT_EQ( complaintAbout( "elsewhere" ), "elsewhere\n" );
+    const std::string longer = "hardware/led/" + std::string( 500, 'x' );
+    EXPECT_EQ( complaintAbout( longer ), longer + "\n" );
     EXPECT_EQ( complaintAbout( "" ), "\n" );
+}
+
+TEST_F( WhyTest, aKeyIsMadeOfLettersDigitsAndUnderscores ) {
+    write( "agent", "agentName: Fan-%fan_slot\n/fan-%fan_slot/speed, Fan::Speed, r\n" );
+    EXPECT_EQ( complaintAbout( "fan-3/speed" ), "fan-3/speed\n  did you mean fan-%fan_slot/speed?\n" );
 }
 
 TEST_F( WhyTest, atMostThreePathsAreOffered ) {
