@@ -105,6 +105,10 @@ TEST_F( HintsTest, tellWhatAMisspeltWordMayHaveMeant ) {
         { "/a, K, read\n", "flags are single letters, in any order: r w i c f C D S B N O" },
         { "/a, hardware::Fan, r\n",
           "each part of a type begins with a capital letter: did you mean 'Hardware'?" },
+        { "/a, Hardware::alarm, r\n",
+          "each part of a type begins with a capital letter: did you mean 'Alarm'?" },
+        { "/a, zone, r\n", "each part of a type begins with a capital letter: did you mean 'Zone'?" },
+        { "/a, 5, r\n", "" },
     };
     for ( const auto& [lines, hint] : rows )
         EXPECT_EQ( hintFor( "agentName: Fan-%slot\n" + lines ), hint ) << lines;

@@ -210,6 +210,10 @@ TEST( SourceExcerptTest, thePlaceGetsACaretAndWhatIsWrongALine ) {
     for ( const auto& [marks, excerpt] : rows )
         EXPECT_EQ( sourceExcerpt( text, marks, false ), excerpt ) << marks.place;
     EXPECT_EQ( sourceExcerpt( "", { 0, 0, 0 }, false ), "    1 | \n      | ^\n" );
+    EXPECT_EQ( sourceExcerpt( std::string( 1000, '\n' ), { 999, 999, 999 }, false ),
+               " 1000 | \n      | ^\n" );
+    EXPECT_EQ( sourceExcerpt( std::string( 100000, '\n' ), { 99999, 99999, 99999 }, false ),
+               "100000 | \n       | ^\n" );
     EXPECT_EQ( sourceExcerpt( "abc", { 1, 1, 2 }, true ), "    1 | abc\n      |  \033[1;31m^\033[0m\n" );
 }
 
@@ -218,6 +222,9 @@ TEST( SourceExcerptTest, aLineUnderALongTextIsCutWithIt ) {
     EXPECT_EQ( sourceExcerpt( text, { 150, 10, 290 }, false ),
                "    1 | ..." + std::string( 140, 'x' ) + "...\n      |    " + std::string( 80, '~' ) + "^" +
                    std::string( 59, '~' ) + "\n" );
+    const std::string untilCharacter( 59, 'x' );
+    EXPECT_EQ( sourceExcerpt( untilCharacter + "\xC3\xA9" + "y", { 0, 0, 0 }, false ),
+               "    1 | " + untilCharacter + "\xC3\xA9...\n      | ^\n" );
 }
 
 TEST( SourceExcerptTest, aLongTextIsCutBetweenCharacters ) {
