@@ -62,8 +62,7 @@ std::string messageOf( const Corvid::HandlerRun& run ) {
     case Outcome::notAgentFile:
         return messageWithoutPlace( run.agentFile, Corvid::whyNotAgentFile );
     case Outcome::unreadable:
-        return messageWithoutPlace( run.agentFile, Corvid::whyUnreadable( run.agentFile, run.exception,
-                                                                          run.handler->maxFileSize() ) );
+        return messageWithoutPlace( run.agentFile, Corvid::whyUnreadable( run ) );
     }
     return {};
 }

@@ -36,7 +36,7 @@ AgentRun runAgentFile( const Stage& stage, const std::string& agentFile, RunObse
         run.exception = exception.what();
     }
     if ( run.outcome == Outcome::unreadable )
-        run.reason = whyUnreadable( agentFile, run.exception );
+        run.reason = whyUnreadable( run );
     run.printed = errors.text();
     return run;
 }

@@ -1,3 +1,4 @@
+#include "Brae/Glob.h"
 #include "ProfileDocument/HandlerRun.h"
 
 #include <cerrno>
@@ -5,6 +6,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Corvid {
 
@@ -40,16 +42,30 @@ std::string whyNotOpened( const std::string& fileName, std::size_t maxFileSize )
     return error ? std::strerror( error ) : std::string();
 }
 
+/// The include file that an error is about, found again; the pattern, if there are other files now.
+std::string includedFile( const std::string& agentFile, const ErrorDetails& details ) {
+    const std::string pattern = agentFile.substr( 0, agentFile.rfind( '/' ) + 1 ) + details.includePattern;
+    std::vector<std::string> matches;
+    const bool isFound = Brae::getGlobResult( pattern, matches ) && matches.size() == details.includeMatches;
+    return isFound ? matches[details.includeMatch - 1] : pattern;
+}
+
 } // namespace
 
 std::string whyUnreadable( const std::string& fileName, const std::string& exception,
                            std::size_t maxFileSize ) {
-    std::string reason = whyNotOpened( fileName, maxFileSize );
-    if ( !reason.empty() )
-        return reason;
-    if ( exception.find( ": runtime error while parsing " ) != std::string::npos )
-        return "A file that it includes cannot be read";
-    return exception;
+    const std::string reason = whyNotOpened( fileName, maxFileSize );
+    return reason.empty() ? exception : reason;
+}
+
+std::string whyUnreadable( const HandlerRun& run ) {
+    const ErrorDetails& details = run.handler->errorDetails();
+    const std::size_t limit = run.handler->maxFileSize();
+    if ( details.includeMatches == 0 )
+        return whyUnreadable( run.agentFile, run.exception, limit );
+    const std::string name = includedFile( run.agentFile, details );
+    return name + ", included in line " + std::to_string( details.includeLine ) + ": " +
+           whyUnreadable( name, "It cannot be read", limit );
 }
 
 } // namespace Corvid

@@ -23,7 +23,7 @@ struct ErrorDetails {
     std::size_t begin = 0; ///< where that begins which is wrong; often before the place
     std::size_t end = 0;   ///< behind its last byte; equal to `begin` at the end of a line or of the file
 
-    /// How an error's include file came to be read; for other errors there are no matches.
+    /// How an include file in error, or that cannot be read, came to be asked for; else there are no matches.
     std::uint32_t includeLine = 0;  ///< of the agent file, from 1
     std::string includePattern;     ///< as it is given there
     std::size_t includeMatch = 0;   ///< of the include file among those that match, from 1

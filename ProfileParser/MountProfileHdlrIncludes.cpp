@@ -3,6 +3,7 @@
 #include "ProfileParser/MountProfileHdlr.h"
 
 #include <cstdlib>
+#include <stdexcept>
 
 namespace Corvid {
 
@@ -25,12 +26,20 @@ void MountProfileHdlr::parseIncludes( const std::string& pattern ) {
         ++number;
         if ( observer_ )
             observer_->includeEntered( { name, pattern, number, matches.size(), statementOrigin() } );
-        parseFile( name, true );
-        if ( wasValid && !validProfileFile_ ) {
+        const auto noteInclusion = [&] {
             errorDetails_.includeLine = statementOrigin().line;
             errorDetails_.includePattern = pattern;
             errorDetails_.includeMatch = number;
             errorDetails_.includeMatches = matches.size();
+        };
+        try {
+            parseFile( name, true );
+        } catch ( const std::runtime_error& ) {
+            noteInclusion();
+            throw;
+        }
+        if ( wasValid && !validProfileFile_ ) {
+            noteInclusion();
             HDLR_TRACE( 1, "Include file parser found error. "
                            "Constructing handler exception to inform this to agent file parser" );
             constructHdlrException( "Mount profile is invalid due to error in include file: " + name );

@@ -142,7 +142,14 @@ TEST_F( ShowTest, anUnreadableIncludeFileIsTold ) {
     write( "agent", "agentName: Fan\ninclude: inc\n" );
     std::filesystem::create_directory( directory() / "inc" );
     EXPECT_THAT( run( { "show", "agent" } ),
-                 Answers( 2, "", "mountprofile: agent: A file that it includes cannot be read [MP090]\n" ) );
+                 Answers( 2, "", "mountprofile: agent: inc, included in line 2: Is a directory [MP090]\n" ) );
+    write( "d/agent", "agentName: Fan\n\ninclude: *.inc\n" );
+    write( "d/1.inc", "/a, T, r\n" );
+    std::filesystem::create_symlink( "nowhere", directory() / "d" / "2.inc" );
+    EXPECT_THAT( run( { "show", "d/agent" } ),
+                 Answers( 2, "",
+                          "mountprofile: d/agent: d/2.inc, included in line 3: No such file or directory "
+                          "[MP090]\n" ) );
 }
 
 TEST_F( ShowTest, theTreeIsAligned ) {

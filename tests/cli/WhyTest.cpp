@@ -210,7 +210,7 @@ TEST_F( WhyTest, aFileWithoutAProfileTellsWhyThereIsNone ) {
                  Answers( 2, "", StartsWith( "mountprofile: nowhere: No such file or directory" ) ) );
     write( "agent", "agentName: Fan\n/a, Fan::A, r\ninclude: d\n" );
     std::filesystem::create_directory( directory() / "d" );
-    EXPECT_THAT( why( "a" ), Answers( 2, "", HasSubstr( "A file that it includes cannot be read" ) ) );
+    EXPECT_THAT( why( "a" ), Answers( 2, "", HasSubstr( "agent: d, included in line 3: Is a directory" ) ) );
 }
 
 TEST_F( WhyTest, bothArgumentsAreNeeded ) {

@@ -187,7 +187,8 @@ TEST_F( CommandFaultsTest, AFileThatItIncludesAndThatCannotBeReadIsToldAsSuch ) 
     const Answer faulty = answer( { "show", agent }, failingCall( systemOpen, 2, EMFILE ) );
     EXPECT_EQ( faulty.exitStatus, 2 );
     EXPECT_EQ( faulty.out, "" );
-    EXPECT_EQ( faulty.err, "mountprofile: " + agent + ": A file that it includes cannot be read [MP090]\n" );
+    EXPECT_EQ( faulty.err, "mountprofile: " + agent + ": " + include +
+                               ", included in line 5: It cannot be read [MP090]\n" );
 }
 
 TEST_F( CommandFaultsTest, ADirectoryThatCannotBeListedToItsEndIsTold ) {
