@@ -20,8 +20,12 @@ int main( int argc, char** argv ) {
     corvid_mount_profile_status status;
     int result = 2;
 
+    if ( argc != 2 ) {
+        fputs( "usage: profile-of FILE\n", stderr );
+        return result;
+    }
     options.flags = CORVID_MOUNT_PROFILE_NO_DEFAULTS;
-    status = corvid_mount_profile_parse( argc > 1 ? argv[1] : NULL, &options, &profile );
+    status = corvid_mount_profile_parse( argv[1], &options, &profile );
     if ( status == CORVID_MOUNT_PROFILE_OK )
         result = tell( profile );
     else

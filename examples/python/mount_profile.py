@@ -57,4 +57,7 @@ def main(agent_files):
 
 
 if __name__ == "__main__":
+    if len(sys.argv) < 2:
+        print("usage: mount_profile.py FILE...", file=sys.stderr)
+        sys.exit(2)
     sys.exit(main(sys.argv[1:]))

@@ -118,4 +118,9 @@ TEST( Console, TheLanguageReferenceShowsWhatItsCommandsPrint ) {
     EXPECT_GE( runAll( "docs/language.md" ), 1U );
 }
 
+TEST( Console, TheExampleProgramsTellHowTheyAreUsedWhenTheyAreGivenNoFile ) {
+    EXPECT_EQ( outputOf( C_EXAMPLE_PROGRAM "; echo $?" ), "usage: profile-of FILE\n2\n" );
+    EXPECT_EQ( outputOf( PYTHON_EXAMPLE "; echo $?" ), "usage: mount_profile.py FILE...\n2\n" );
+}
+
 } // namespace CorvidTest
