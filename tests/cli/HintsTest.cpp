@@ -117,6 +117,20 @@ TEST_F( HintsTest, tellWhatAMisspeltWordMayHaveMeant ) {
     EXPECT_EQ( hintFor( "" ), "" );
 }
 
+TEST_F( HintsTest, offerEveryKeyword ) {
+    const std::string page = readFile( MOUNTPROFILE_SOURCE_DIR "/docs/language.md" );
+    constexpr std::string_view heading = "\n### `";
+    int count = 0;
+    for ( auto at = page.find( heading ); at != std::string::npos;
+          at = page.find( heading, at + 1 ), ++count ) {
+        const auto begin = at + heading.size();
+        const std::string keyword = page.substr( begin, page.find( '`', begin ) - begin );
+        const std::string title = keyword == "agentName" ? "" : "agentName: Fan\n";
+        EXPECT_EQ( hintFor( title + keyword + "x: y\n" ), "did you mean '" + keyword + "'?" );
+    }
+    EXPECT_GE( count, 12 );
+}
+
 TEST_F( HintsTest, tellWhatAnIncludeFileMayHold ) {
     const Row rows[] = {
         { "mountGroup: g\n",
