@@ -1,7 +1,7 @@
 """completion_test.py SHELL SCRIPT COMMAND: what a shell offers when somebody types a command line and asks for more.
 
 bash and zsh run in a terminal, and are asked to put all that they offer into the line; fish tells what it would offer.
-Exit status 77 where the shell is missing.
+Exit status 77 where the shell is missing, or terminals are.
 """
 import os
 import pty
@@ -170,4 +170,10 @@ if __name__ == "__main__":
         if not (needed and os.path.exists(needed)):
             print(f"{SHELL} or what it needs for completion is missing")
             sys.exit(77)
+    try:
+        for descriptor in pty.openpty():
+            os.close(descriptor)
+    except OSError as error: # as in a root without /dev/pts
+        print(f"there is no terminal to type into: {error}")
+        sys.exit(77)
     unittest.main(argv=sys.argv[:1])
