@@ -16,7 +16,7 @@ namespace {
 
 /// Where a part of a text begins. What stands behind it, such as the appended line end, begins at its end.
 std::size_t offsetIn( std::string_view text, std::string_view part ) {
-    const std::less_equal<const char*> inOrder;
+    constexpr std::less_equal<> inOrder;
     const bool isInside =
         inOrder( text.data(), part.data() ) && inOrder( part.data(), text.data() + text.size() );
     return isInside ? static_cast<std::size_t>( part.data() - text.data() ) : text.size();
@@ -245,7 +245,7 @@ namespace {
 /// Asks the library, which looks at its own stack of follow sets: gives it the rules'.
 bool isMissingToken( pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_STREAM tokens,
                      pANTLR3_BITSET_LIST follow ) {
-    const pANTLR3_PARSER parser = static_cast<pANTLR3_PARSER>( recognizer->super );
+    const auto parser = static_cast<pANTLR3_PARSER>( recognizer->super );
     const auto& ctx = *static_cast<mountProfileParser_Ctx_struct*>( parser->super );
     const pANTLR3_STACK stack = recognizer->state->following;
     for ( ANTLR3_UINT32 i = 0; i < ctx.followCount; ++i )
