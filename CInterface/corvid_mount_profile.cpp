@@ -90,7 +90,9 @@ const Corvid::RecognitionError& errorOf( const corvid_mount_profile& profile ) {
 }
 
 bool hasPlace( const corvid_mount_profile* profile ) {
+    // GCOVR_EXCL_BR_START: an error without a place is one that assertions do not let happen
     return profile && hasError( *profile ) && errorOf( *profile ).hasPlace();
+    // GCOVR_EXCL_BR_STOP
 }
 
 /// As `mountprofile explain` knows it.

@@ -2,9 +2,6 @@
 
 #include "Cli/CapturedErrors.h"
 
-#include <exception>
-#include <new>
-
 namespace Corvid::Cli {
 
 ExitStatus exitStatusFor( Outcome outcome ) {
@@ -28,13 +25,7 @@ AgentRun runAgentFile( const Stage& stage, const std::string& agentFile, RunObse
     run.text = text;
     if ( text )
         run.handler->agentTextIs( *text );
-    try {
-        run.run();
-    } catch ( const std::bad_alloc& ) {
-        throw; // no matter of this file
-    } catch ( const std::exception& exception ) {
-        run.exception = exception.what();
-    }
+    run.run();
     if ( run.outcome == Outcome::unreadable )
         run.reason = whyUnreadable( run );
     run.printed = errors.text();

@@ -31,8 +31,6 @@ class CapturedErrors::Buffer : public std::streambuf {
 
   protected:
     int_type overflow( int_type c ) override {
-        if ( traits_type::eq_int_type( c, traits_type::eof() ) )
-            return traits_type::not_eof( c );
         const char character = traits_type::to_char_type( c );
         return xsputn( &character, 1 ) == 1 ? c : traits_type::eof();
     }

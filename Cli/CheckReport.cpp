@@ -55,18 +55,19 @@ std::unique_ptr<CheckReport> newTextReport( Console& console ) {
     return std::make_unique<TextReport>( console );
 }
 
-const std::vector<ReportFormat>& reportFormats() {
-    static const std::vector<ReportFormat> formats{ { "text", newTextReport },
-                                                    { "json", newJsonReport },
-                                                    { "sarif", newSarifReport },
-                                                    { "gcc", newGccReport },
-                                                    { "github", newGithubReport } };
+std::span<const ReportFormat> reportFormats() {
+    static constexpr ReportFormat formats[] = { { "text", newTextReport },
+                                                { "json", newJsonReport },
+                                                { "sarif", newSarifReport },
+                                                { "gcc", newGccReport },
+                                                { "github", newGithubReport } };
     return formats;
 }
 
 const ReportFormat* reportFormat( std::string_view name ) {
-    const auto found = std::ranges::find( reportFormats(), name, &ReportFormat::name );
-    return found == reportFormats().end() ? nullptr : &*found;
+    const auto formats = reportFormats();
+    const auto found = std::ranges::find( formats, name, &ReportFormat::name );
+    return found == formats.end() ? nullptr : &*found;
 }
 
 } // namespace Corvid::Cli

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,7 +55,7 @@ struct ReportFormat {
     std::unique_ptr<CheckReport> ( *newReport )( Console& );
 };
 /// All of them, the default first.
-[[nodiscard]] const std::vector<ReportFormat>& reportFormats();
+[[nodiscard]] std::span<const ReportFormat> reportFormats();
 /// Null when there is none of that name.
 [[nodiscard]] const ReportFormat* reportFormat( std::string_view name );
 

@@ -17,8 +17,8 @@ struct Console {
     Output err{ 2 };
 
     /// Tells the user in one line why the command does not do its work, whatever bytes the text holds.
-    /// @param code of the error, if it has one.
-    void complain( std::string_view text, std::string_view code = {} );
+    /// @param code of the error.
+    void complain( std::string_view text, std::string_view code );
 };
 
 /// One of the program's commands, with its options.

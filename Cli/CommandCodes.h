@@ -14,9 +14,9 @@ inline constexpr std::string_view notMountedCode = "MP093";
 /// The system refuses memory, or what is to be written.
 inline constexpr std::string_view systemCode = "MP094";
 
-/// What tells a code at the end of a line; nothing for an empty one.
+/// What tells a code at the end of a line.
 [[nodiscard]] inline std::string codeMark( std::string_view code ) {
-    return code.empty() ? std::string() : " [" + std::string( code ) + "]";
+    return " [" + std::string( code ) + "]";
 }
 
 } // namespace Corvid::Cli

@@ -49,7 +49,9 @@ Diagnostic invalidFile( const AgentRun& run, bool coloured ) {
     diagnostic.file = error.placeFileName().str();
     diagnostic.message = withoutMiddle( messageOf( error ) );
     diagnostic.includedFrom = inclusionOf( handler );
+    // GCOVR_EXCL_BR_START: an error without a place is one that assertions do not let happen
     if ( handler.errorDetails().hasPlace )
+        // GCOVR_EXCL_BR_STOP
         lookAtSource( diagnostic, run, coloured );
     return diagnostic;
 }

@@ -23,7 +23,7 @@ std::optional<ErrorExplanation> sectionOf( std::string_view code ) {
     std::string_view body = errorsPageText.substr( at + mark.size() + title.size() );
     body.remove_prefix( 1 );
     body = body.substr( 0, std::min( body.find( "\n### " ), body.find( "\n## " ) ) );
-    if ( title.starts_with( '`' ) && title.ends_with( '`' ) )
+    if ( title.starts_with( '`' ) )
         title = title.substr( 1, title.size() - 2 );
     return ErrorExplanation{ std::string( title ), std::string( body ) };
 }

@@ -14,9 +14,11 @@ namespace {
 constexpr std::string_view blanks = " \t\r";
 
 const std::vector<std::string>& keywords() {
+    // GCOVR_EXCL_BR_START: how the compiler gives back a list that is half made
     static const std::vector<std::string> words{
         "agentName",    "alias",       "condition",  "conditionBlocker",    "hybridMount", "include",
         "lowMountPrio", "mountFilter", "mountGroup", "noDefaultMountGroup", "rootFlags",   "subAgent" };
+    // GCOVR_EXCL_BR_STOP
     return words;
 }
 
@@ -76,7 +78,6 @@ struct Scene {
     [[nodiscard]] bool isFirstOnLine() const {
         return withoutLeadingBlanks( place.text.substr( 0, place.byteOffset ) ).empty();
     }
-    [[nodiscard]] bool isInIncludeFile() const { return !handler.errorDesc().includeFileName().empty(); }
 
   private:
     static std::string_view range( std::string_view text, const ErrorDetails& details ) {
@@ -129,10 +130,10 @@ std::string operatorInCapitals( const Scene& scene ) {
 
 std::string numberInName( const Scene& scene ) {
     const std::string_view digits = wordAt( scene.wrong );
-    const bool isNumber = !digits.empty() && digits.front() >= '0' && digits.front() <= '9';
+    const bool isNumber = !digits.empty() && digits.front() <= '9'; // nothing comes before the digits
     if ( !isNumber || isOneOf( scene.code, { "MP003", "MP032", "MP063", "MP072" } ) )
         return {};
-    if ( digits.size() < scene.wrong.size() && scene.wrong[digits.size()] == '.' )
+    if ( scene.wrong.substr( digits.size() ).starts_with( '.' ) )
         return quoted( scene.wrong ) +
                " is a number with a decimal point: paths and names are made of whole numbers";
     if ( digits.size() > 1 && ( digits[1] == 'x' || digits[1] == 'X' ) )
@@ -147,7 +148,7 @@ std::string misplacedStatement( const Scene& scene ) {
                                                   : scene.afterWord.starts_with( ':' );
     if ( statement.empty() || !isComplete )
         return {};
-    if ( isOneOf( scene.code, { "MP083", "MP084" } ) || ( scene.isInIncludeFile() && scene.isFirstOnLine() ) )
+    if ( isOneOf( scene.code, { "MP083", "MP084" } ) )
         return "an include file holds nothing but mount lines: " + quoted( statement ) +
                " belongs in the agent file";
     if ( !isOneOf( scene.code, { "MP030", "MP031" } ) )

@@ -67,9 +67,13 @@ class JsonReport final : public CheckReport {
     }
     /// @param more stands between the files and the summary.
     void finish( const CheckCounts& counts, ExitStatus status, const std::string& more = {} ) {
-        const Json summary{ { "checked", counts.checked() },     { "valid", counts.valid },
-                            { "invalid", counts.invalid },       { "notAgentFile", counts.notAgentFile },
-                            { "unreadable", counts.unreadable }, { "passedOver", counts.passedOver } };
+        Json summary;
+        summary["checked"] = counts.checked();
+        summary["valid"] = counts.valid;
+        summary["invalid"] = counts.invalid;
+        summary["notAgentFile"] = counts.notAgentFile;
+        summary["unreadable"] = counts.unreadable;
+        summary["passedOver"] = counts.passedOver;
         out_.append( "]" + more + ",\n\"summary\": " + asciiText( summary ) + ",\n\"exitStatus\": " );
         out_.appendNumber( static_cast<int>( status ) );
         out_.append( "}\n" );

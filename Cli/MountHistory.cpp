@@ -55,7 +55,7 @@ void MountHistory::tell( const Place& place, std::string_view doing ) {
     if ( !place.file )
         return;
     std::string number = std::to_string( place.line );
-    number.insert( 0, number.size() < 7 ? 7 - number.size() : 0, ' ' );
+    number.insert( 0, 7 - std::min<std::size_t>( number.size(), 7 ), ' ' );
     out_.append( number + " | " + shown( sources_.line( *place.file, place.line ) ) + "\n" );
     if ( const OriginRecord::Include* include = place.include )
         out_.append( "        = included from " +

@@ -45,26 +45,25 @@ class OrderedWork {
     /// @throws whatever computing a result threw.
     std::optional<Result> take( std::chrono::milliseconds patience ) {
         std::unique_lock lock( mutex_ );
-        auto& result = results_[taken_];
-        const auto isReady = [&] { return result || failure_; };
         if ( !isReady() ) {
             lock.unlock();
             const bool hasComputed = computeOne();
             lock.lock();
             if ( !hasComputed )
-                ready_.wait_for( lock, patience, isReady );
+                ready_.wait_for( lock, patience, [this] { return isReady(); } );
         }
         if ( failure_ )
             std::rethrow_exception( failure_ );
-        if ( !result )
+        if ( !results_[taken_] )
             return std::nullopt;
-        ++taken_;
-        return std::exchange( result, std::nullopt );
+        return std::exchange( results_[taken_++], std::nullopt );
     }
     /// How many results have been computed.
     [[nodiscard]] std::size_t done() const noexcept { return done_; }
 
   private:
+    /// Whether the next result, or what it threw, can be had. Under the lock.
+    [[nodiscard]] bool isReady() const { return results_[taken_] || failure_; }
     /// @return false when all have been begun.
     bool computeOne() noexcept {
         const std::size_t number = next_++;

@@ -51,19 +51,13 @@ std::string textOf( const OriginRecord::Place& place ) {
 }
 
 const OriginRecord::Group* OriginNotes::find( std::string_view group ) const {
-    if ( !record_ )
-        return nullptr;
-    const auto found = record_->groups().find( group );
-    return found == record_->groups().end() ? nullptr : &found->second;
+    return record_ ? &record_->groups().find( group )->second : nullptr;
 }
 
 const std::vector<OriginRecord::MountStep>* OriginNotes::find( std::string_view group,
                                                                std::string_view path ) const {
     const OriginRecord::Group* noted = find( group );
-    if ( !noted )
-        return nullptr;
-    const auto found = noted->mounts.find( path );
-    return found == noted->mounts.end() ? nullptr : &found->second;
+    return noted ? &noted->mounts.find( path )->second : nullptr;
 }
 
 std::string OriginNotes::agentStatement( AgentStatement kind ) const {
@@ -142,10 +136,7 @@ std::string OriginNotes::mount( std::string_view group, std::string_view path ) 
 }
 
 std::string OriginNotes::filter( std::string_view group, std::string_view path ) const {
-    const auto* steps = find( group, path );
-    if ( !steps )
-        return {};
-    const std::string& name = steps->back().filter;
+    const std::string& name = find( group, path )->back().filter;
     return note( { "filter " + name, textOf( record_->filters().find( name )->second.place ) } );
 }
 

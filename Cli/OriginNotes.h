@@ -33,6 +33,7 @@ class OriginNotes {
     [[nodiscard]] std::string templateCondition( std::string_view group, std::string_view text ) const;
     [[nodiscard]] std::string mount( std::string_view group, std::string_view path ) const;
     // For a mount that has a filter:
+    /// Only with a record.
     [[nodiscard]] std::string filter( std::string_view group, std::string_view path ) const;
     [[nodiscard]] std::string attribute( std::string_view group, std::string_view path,
                                          std::string_view attribute ) const;

@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <exception>
 #include <new>
 #include <stdexcept>
 
@@ -66,9 +65,6 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
     } catch ( const std::runtime_error& error ) { // of the command line, or of the command
         console.out.discard();
         complain( console, withoutMarks( error.what() ), arguments );
-    } catch ( const std::exception& error ) {
-        console.out.discard();
-        console.complain( error.what(), systemCode );
     }
     return ExitStatus::trouble;
 }

@@ -76,10 +76,8 @@ Json inclusionValue( const Inclusion& inclusion ) {
 
 Json resultValue( const Diagnostic& diagnostic ) {
     const auto codes = explainedCodes();
-    const auto rule = std::ranges::find( codes, diagnostic.code );
     Json result{ { "ruleId", diagnostic.code } };
-    if ( rule != codes.end() )
-        result["ruleIndex"] = rule - codes.begin();
+    result["ruleIndex"] = std::ranges::find( codes, diagnostic.code ) - codes.begin();
     result["level"] = "error";
     result["message"] = textValue(
         diagnostic.hint.empty() ? diagnostic.message : diagnostic.message + "\nhint: " + diagnostic.hint );
@@ -128,8 +126,9 @@ class SarifReport final : public CheckReport {
             asciiText( driver ) + "},\n\"columnKind\": \"unicodeCodePoints\",\n\"results\": [" );
     }
     void finish( ExitStatus status, const Json& notifications ) {
-        Json invocation{ { "executionSuccessful", status != ExitStatus::trouble },
-                         { "exitCode", static_cast<int>( status ) } };
+        Json invocation;
+        invocation["executionSuccessful"] = status != ExitStatus::trouble;
+        invocation["exitCode"] = static_cast<int>( status );
         if ( !notifications.empty() )
             invocation["toolConfigurationNotifications"] = notifications;
         out_.append( "],\n\"invocations\": [" + asciiText( invocation ) + "]}]}\n" );

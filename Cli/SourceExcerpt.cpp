@@ -84,7 +84,7 @@ std::string sourceExcerpt( std::string_view content, const Marks& marks, bool co
                            { part.byteOffset, within( marks.begin ), within( marks.end ) } );
 
     std::string number = std::to_string( place.line );
-    number.insert( 0, number.size() < 5 ? 5 - number.size() : 0, ' ' );
+    number.insert( 0, 5 - std::min<std::size_t>( number.size(), 5 ), ' ' );
     std::string excerpt = number + " | " + line.text();
     if ( cutBehind )
         excerpt += cutMark;

@@ -40,8 +40,8 @@ std::vector<ConfiguredPath> readConfiguredPaths( const std::string& fileName ) {
     for ( unsigned number = 1; std::getline( file, line ); ++number )
         if ( line.find_first_not_of( " \t\r\v\f" ) != std::string::npos )
             paths.push_back( configuredPath( line, fileName + ":" + std::to_string( number ) ) );
-    if ( !file.eof() || file.bad() )
-        throw std::runtime_error( fileName + ": " + std::strerror( errno ? errno : EIO ) );
+    if ( !file.eof() )
+        throw std::runtime_error( fileName + ": " + std::strerror( errno ) );
     return paths;
 }
 

@@ -83,11 +83,15 @@ std::string Writer::filterOf( const PassiveMountGroup& group, const Mount& mount
         ordered.emplace( name, attrFilter.filterKey() );
     std::vector<std::string> items;
     items.reserve( ordered.size() );
-    for ( const auto& [name, key] : ordered )
-        items.push_back( withNote( std::string( name ) +
-                                       ( key.empty() ? std::string() : " = \"" + std::string( key ) + "\"" ),
-                                   notes_.attribute( group.name(), mount.path(), name ) ) );
-    return items.empty() ? "(no attribute)" : joined( items );
+    for ( const auto& [name, key] : ordered ) {
+        std::string item( name );
+        if ( !key.empty() )
+            item.append( " = \"" ).append( key ).append( "\"" );
+        items.push_back( withNote( item, notes_.attribute( group.name(), mount.path(), name ) ) );
+    }
+    if ( items.empty() )
+        return "(no attribute)";
+    return joined( items );
 }
 
 void Writer::appendNote( std::string_view note ) {
@@ -179,9 +183,9 @@ void Writer::conditions( const PassiveMountGroup& group ) {
         for ( const auto& condition : group.conditionCol() )
             attribute( "  condition", condition, notes_.condition( name, index++ ) );
     }
-    for ( const auto& [condition, value] : group.templateConditionCol() )
-        attribute( value ? "template condition" : "template condition not", condition,
-                   notes_.templateCondition( name, condition ) );
+    for ( const auto& templateCondition : group.templateConditionCol() ) // all are to be true
+        attribute( "template condition", templateCondition.first,
+                   notes_.templateCondition( name, templateCondition.first ) );
 }
 
 void Writer::mountGroup( const PassiveMountGroup& group ) {

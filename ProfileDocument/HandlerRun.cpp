@@ -25,9 +25,9 @@ const char* nameOf( Outcome outcome ) {
     case Outcome::notAgentFile:
         return "notAgentFile";
     case Outcome::unreadable:
-        return "unreadable";
+        break;
     }
-    return "";
+    return "unreadable";
 }
 
 HandlerRun::HandlerRun( std::string file, Kiv::Ptr<const EntityManager> entityManager, bool addDefaults )

@@ -150,9 +150,11 @@ void appendOffendingToken( std::string& description, pANTLR3_COMMON_TOKEN token 
 }
 
 std::string kindMessage( const ANTLR3_EXCEPTION& exception, pANTLR3_UINT8* tokenNames ) {
-    if ( exception.type == recognitionError )
-        return exception.message ? static_cast<const char*>( exception.message )
-                                 : std::string( syntaxErrorWithoutMessage );
+    if ( exception.type == recognitionError ) {
+        if ( !exception.message )
+            return std::string( syntaxErrorWithoutMessage );
+        return static_cast<const char*>( exception.message );
+    }
     const auto messages = kindMessages();
     const auto found = std::ranges::find( messages, exception.type, &KindMessage::kind );
     if ( found == messages.end() )
@@ -168,9 +170,10 @@ std::string kindMessage( const ANTLR3_EXCEPTION& exception, pANTLR3_UINT8* token
 }
 
 std::string parserMessage( const ANTLR3_EXCEPTION& exception, pANTLR3_UINT8* tokenNames, std::int32_t rule ) {
-    const std::string message =
-        kindMessage( exception, tokenNames ).append( ruleHint( rule, exception.type ) );
-    return message.empty() ? std::string( syntaxError ) : message;
+    std::string message = kindMessage( exception, tokenNames ).append( ruleHint( rule, exception.type ) );
+    if ( message.empty() )
+        message = syntaxError;
+    return message;
 }
 
 } // namespace

@@ -64,7 +64,9 @@ void MountProfileHdlr::run() {
         HDLR_TRACE( 0, "agent name for " + agentFile_ + " not provided" );
         return;
     }
+    // GCOVR_EXCL_BR_START: the group that every file opens would have found that there is no profile
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "Could not create agentProfile.")" );
+    // GCOVR_EXCL_BR_STOP
     if ( addDefaults_ && !agentProfile_->noDefaultMountGroup() )
         addDefaultProfiles();
     if ( agentProfile_->noDefaultMountGroup() )

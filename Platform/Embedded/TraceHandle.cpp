@@ -22,13 +22,16 @@ struct TraceRegistry {
     Embedded::TraceSink sink;
 };
 
+/// Outlives every facility of static storage duration.
+TraceRegistry* newRegistry() {
+    auto* made = new TraceRegistry;
+    if ( const char* environment = std::getenv( "KIV_TRACE" ) )
+        made->switches = environment;
+    return made;
+}
+
 TraceRegistry& registry() {
-    static TraceRegistry* const instance = [] {
-        auto* made = new TraceRegistry; // outlives every facility with static storage duration
-        if ( const char* environment = std::getenv( "KIV_TRACE" ) )
-            made->switches = environment;
-        return made;
-    }();
+    static TraceRegistry* const instance = newRegistry();
     return *instance;
 }
 
