@@ -95,6 +95,14 @@ TEST( OrderedWorkTest, resultsComeInOrderWhateverIsReadyFirst ) {
     EXPECT_EQ( work.done(), 3U );
 }
 
+TEST( OrderedWorkTest, whatFailedBeforeItWasAskedForIsThrown ) {
+    OrderedWork<std::size_t> work( 2, 2,
+                                   []( std::size_t ) -> std::size_t { throw std::out_of_range( "no" ); } );
+    while ( work.done() < 2 )
+        std::this_thread::yield();
+    EXPECT_THROW( work.take( 1min ), std::out_of_range );
+}
+
 TEST( OrderedWorkTest, impatienceYieldsNothing ) {
     std::latch otherHasBegun( 1 );
     std::latch otherMayEnd( 1 );

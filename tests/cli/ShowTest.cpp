@@ -208,6 +208,11 @@ TEST_F( ShowTest, onlyATerminalGetsColours ) {
           { Environment{ { "NO_COLOR", "1" } }, Environment{ { "TERM", "dumb" } } } )
         for ( const std::string file : { "agent", "bad" } )
             EXPECT_THAT( onTerminal( file, plain ), Not( HasSubstr( "\033" ) ) ) << plain.front().first;
+    ProgramCall call{
+        { "/bin/sh", "-c", "unset TERM; exec " MOUNTPROFILE_COMMAND " show agent" }, {}, directory() };
+    call.output = OutputTo::terminal;
+    EXPECT_THAT( runProgram( call ).out, HasSubstr( "\033[" ) )
+        << "a terminal of no name is taken for a capable one";
     EXPECT_THAT( run( { "show", "bad" } ),
                  Answers( 1, Not( HasSubstr( "\033" ) ), Not( HasSubstr( "\033" ) ) ) );
 }

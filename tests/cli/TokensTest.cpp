@@ -26,10 +26,10 @@ TEST_F( TokensTest, everyTokenIsALine ) {
                  "" ) );
 }
 
-TEST_F( TokensTest, aBackslashIsEscaped ) {
-    write( "agent", "\"\\x\"" );
+TEST_F( TokensTest, aBackslashAndWhatIsNotShownAreEscaped ) {
+    write( "agent", "\"\\x\x7F\"" );
     EXPECT_THAT( run( { "tokens", "agent" } ),
-                 Answers( 0, "56 STRING 1:-1 \"\\x5Cx\"\n43 NEWLN 1:0 \\x0A\nEOF\n", "" ) );
+                 Answers( 0, "56 STRING 1:-1 \"\\x5Cx\\x7F\"\n43 NEWLN 1:0 \\x0A\nEOF\n", "" ) );
 }
 
 TEST_F( TokensTest, anEmptyFileHasOnlyTheAppendedLineEnd ) {

@@ -45,6 +45,11 @@ void expectDetails( const std::vector<Case>& cases ) {
         }
 }
 
+TEST( ErrorCodes, ATextThatTheLibraryNeverTellsHasTheUnknownOne ) {
+    EXPECT_EQ( Corvid::errorCodeOf( "what nobody says" ), Corvid::unknownErrorCode );
+    EXPECT_EQ( Corvid::errorCodeOf( "" ), Corvid::unknownErrorCode );
+}
+
 TEST( ErrorDetails, TellTheRangeOfTheTokenThatIsNotExpected ) {
     expectDetails( {
         { "/a, hardware::Fan, r\n", "MP041", "2:5 hardware" },

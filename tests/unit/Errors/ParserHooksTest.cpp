@@ -31,6 +31,18 @@ TEST( ParserErrorDescription, NamesTheExpectedTokenInTheKindsThatExpectOne ) {
     EXPECT_EQ( scene.describe( missing, endOfInput ), " near 'x',  Missing <EOF>" );
 }
 
+TEST( LastText, IsNoTextThatIsLongerThanTheStatement ) {
+    for ( const auto path : { Corvid::TokenPath::plain, Corvid::TokenPath::fast } ) {
+        ParserScene scene( "a b c", Corvid::topLevel, path );
+        const pANTLR3_INT_STREAM tokens = scene.tokens()->istream;
+        tokens->_LA( tokens, 1 );
+        tokens->consume( tokens );
+        tokens->consume( tokens );
+        EXPECT_EQ( Corvid::lastText( scene.parser(), "ab" ), "a b" );
+        EXPECT_EQ( Corvid::lastText( scene.parser(), "xab" ), "" );
+    }
+}
+
 TEST( ParserErrorDescription, KnowsEveryNameOfTheTable ) {
     ParserScene scene( "x" );
     const pANTLR3_UINT8* names = scene.recognizer()->state->tokenNames;

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -200,6 +201,61 @@ TEST_F( CommandFaultsTest, ADirectoryThatCannotBeListedToItsEndIsTold ) {
                  testing::HasSubstr( "mountprofile: " + dir.path() + ": Input/output error [MP090]\n" ) );
 }
 
+TEST_F( CommandFaultsTest, ADepfileThatCannotBeWrittenIsTold ) {
+    const std::string depfile = dir.path() + "/deps";
+    const std::vector<std::string> command{ "show", "--depfile", depfile, agent };
+    const Answer sound = answer( command, failingAllocation( 0 ) );
+    ASSERT_EQ( sound.exitStatus, 0 );
+    for ( FaultyFunction* function : { &systemWrite, &systemFchmod, &systemClose } ) {
+        int complaints = 0;
+        Answer faulty;
+        for ( long n = 1; n == 1 || faulty.hasFailed; ++n ) {
+            faulty = answer( command, failingCall( *function, n, ENOSPC ) );
+            if ( faulty.err.find( "deps: No space left on device" ) != std::string::npos )
+                complaints += faulty.exitStatus == 2 && faulty.out == sound.out;
+        }
+        EXPECT_EQ( complaints, 1 ) << function->name;
+    }
+    for ( const auto& entry : std::filesystem::directory_iterator( dir.path() ) )
+        EXPECT_THAT( entry.path().string(), testing::Not( testing::HasSubstr( "deps." ) ) ) << "left behind";
+}
+
+TEST_F( CommandFaultsTest, WithoutALocaleOfUtf8AllThatIsNotAsciiIsEscaped ) {
+    const std::string named = dir.file( "\xC3\xA9", "agentName: A\n\"/\xC3\xA9\", T::T, r\n" );
+    const Fault noLocale = failingCall( systemNewlocale, 1, ENOENT );
+    EXPECT_THAT( answer( { "show", named }, noLocale ).out,
+                 testing::HasSubstr( "    \\xC3\\xA9  T::T  r\n" ) );
+    EXPECT_THAT( answer( { "check", "--format", "json", named }, noLocale ).out,
+                 testing::HasSubstr( "/\\\\xC3\\\\xA9\"" ) );
+}
+
+TEST_F( CommandFaultsTest, AReadOfStandardInputThatIsInterruptedIsRepeated ) {
+    const auto interrupted = [this]( const std::function<void()>& run ) {
+        ::dup2( ::open( agent.c_str(), O_RDONLY ), STDIN_FILENO );
+        systemRead.failAt( 1, EINTR );
+        run();
+        return ended( systemRead );
+    };
+    const Answer faulty = answer( { "show", "--stdin-path", agent, "-" }, interrupted );
+    EXPECT_TRUE( faulty.hasFailed );
+    EXPECT_TRUE( sameForTheUser( faulty, answer( { "show", agent }, failingAllocation( 0 ) ) ) )
+        << faulty.err;
+}
+
+TEST_F( CommandFaultsTest, AFileThatCanBeReadAgainIsToldInTheLibrarysWords ) {
+    const auto onlyOnce = []( const std::function<void()>& run ) {
+        systemFstat.failAt( 1, EIO );
+        systemRead.failAt( 1, EINTR ); // looking for the reason repeats that
+        run();
+        return ended( systemFstat ) && ended( systemRead );
+    };
+    const Answer faulty = answer( { "show", agent }, onlyOnce );
+    EXPECT_TRUE( faulty.hasFailed );
+    EXPECT_EQ( faulty.exitStatus, 2 );
+    EXPECT_THAT( faulty.err,
+                 testing::EndsWith( "Antlr failed to create file stream for " + agent + " [MP090]\n" ) );
+}
+
 TEST_F( CommandFaultsTest, ADirectoryThatDoesNotTellWhatItsEntriesAreIsListedAllTheSame ) {
     std::filesystem::create_directory( dir.path() + "/below" );
     dir.file( "below/Agent", "agentName: C\n" );
@@ -215,6 +271,15 @@ TEST_F( CommandFaultsTest, ADirectoryThatDoesNotTellWhatItsEntriesAreIsListedAll
     const Answer sound = answer( check, failingAllocation( 0 ) );
     EXPECT_THAT( sound.out, testing::HasSubstr( "4 files checked: 3 valid, 1 invalid; 2 other" ) );
     EXPECT_TRUE( sameForTheUser( answer( check, hidden ), sound ) );
+    const auto gone = [&hidden]( const std::function<void()>& run ) {
+        systemLstat.failFrom( 1, ENOENT );
+        hidden( run );
+        return ended( systemLstat );
+    };
+    const Answer withoutDirectories = answer( check, gone ); // they are looked for by lstat() alone
+    EXPECT_TRUE( withoutDirectories.hasFailed );
+    EXPECT_THAT( withoutDirectories.out,
+                 testing::HasSubstr( "2 files checked: 1 valid, 1 invalid; 2 other" ) );
 }
 
 TEST_F( CommandFaultsTest, ThreadsThatTheSystemDoesNotGrantAreDoneWithout ) {

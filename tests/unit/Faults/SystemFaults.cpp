@@ -7,9 +7,12 @@
 #include <cstddef>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <glob.h>
+#include <locale.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -42,17 +45,27 @@ FaultyFunction systemFstat{ "fstat" };
 FaultyFunction systemRead{ "read" };
 FaultyFunction systemWrite{ "write" };
 FaultyFunction systemReaddir{ "readdir" };
+FaultyFunction systemLstat{ "lstat" };
+FaultyFunction systemFchmod{ "fchmod" };
+FaultyFunction systemClose{ "close" };
+FaultyFunction systemGlob{ "glob" };
+FaultyFunction systemNewlocale{ "newlocale" };
 FaultyFunction newThread{ "std::thread" };
 
 namespace {
 
 unsigned long longestRead = 0;
+std::function<void()> atTheEndOfFiles;
 bool typesAreHidden = false;
 
 } // namespace
 
 void readsAtMost( unsigned long bytes ) noexcept {
     longestRead = bytes;
+}
+
+void atTheEndOfFilesDo( std::function<void()> action ) {
+    atTheEndOfFiles = std::move( action );
 }
 
 void entryTypesAreHidden( bool hidden ) noexcept {
@@ -122,13 +135,46 @@ ssize_t wrappedRead( int, void*, std::size_t ) asm( "__wrap_read" );
 ssize_t wrappedRead( int descriptor, void* buffer, std::size_t size ) {
     if ( systemRead.fails() )
         return -1;
-    return realRead( descriptor, buffer, longestRead ? std::min( size, longestRead ) : size );
+    const ssize_t count = realRead( descriptor, buffer, longestRead ? std::min( size, longestRead ) : size );
+    if ( count == 0 && atTheEndOfFiles )
+        atTheEndOfFiles();
+    return count;
 }
 
 ssize_t realWrite( int, const void*, std::size_t ) asm( "__real_write" );
 ssize_t wrappedWrite( int, const void*, std::size_t ) asm( "__wrap_write" );
 ssize_t wrappedWrite( int descriptor, const void* buffer, std::size_t size ) {
     return systemWrite.fails() ? -1 : realWrite( descriptor, buffer, size );
+}
+
+int realLstat( const char*, struct stat* ) asm( "__real_lstat" );
+int wrappedLstat( const char*, struct stat* ) asm( "__wrap_lstat" );
+int wrappedLstat( const char* path, struct stat* status ) {
+    return systemLstat.fails() ? -1 : realLstat( path, status );
+}
+
+int realFchmod( int, mode_t ) asm( "__real_fchmod" );
+int wrappedFchmod( int, mode_t ) asm( "__wrap_fchmod" );
+int wrappedFchmod( int descriptor, mode_t mode ) {
+    return systemFchmod.fails() ? -1 : realFchmod( descriptor, mode );
+}
+
+int realClose( int ) asm( "__real_close" );
+int wrappedClose( int ) asm( "__wrap_close" );
+int wrappedClose( int descriptor ) {
+    return systemClose.fails() ? -1 : realClose( descriptor );
+}
+
+int realGlob( const char*, int, int ( * )( const char*, int ), glob_t* ) asm( "__real_glob" );
+int wrappedGlob( const char*, int, int ( * )( const char*, int ), glob_t* ) asm( "__wrap_glob" );
+int wrappedGlob( const char* pattern, int flags, int ( *onError )( const char*, int ), glob_t* found ) {
+    return systemGlob.fails() ? GLOB_NOSPACE : realGlob( pattern, flags, onError, found );
+}
+
+locale_t realNewlocale( int, const char*, locale_t ) asm( "__real_newlocale" );
+locale_t wrappedNewlocale( int, const char*, locale_t ) asm( "__wrap_newlocale" );
+locale_t wrappedNewlocale( int categories, const char* name, locale_t base ) {
+    return systemNewlocale.fails() ? nullptr : realNewlocale( categories, name, base );
 }
 
 dirent* realReaddir( DIR* ) asm( "__real_readdir" );

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <limits>
 
 namespace CorvidTest {
@@ -36,10 +37,18 @@ extern FaultyFunction systemFstat;
 extern FaultyFunction systemRead;
 extern FaultyFunction systemWrite;
 extern FaultyFunction systemReaddir;
+extern FaultyFunction systemLstat;
+extern FaultyFunction systemFchmod;
+extern FaultyFunction systemClose;
+extern FaultyFunction systemGlob;
+extern FaultyFunction systemNewlocale;
 extern FaultyFunction newThread; ///< of the C++ library
 
 /// Lets every read yield at most so many bytes; 0 for no such limit.
 void readsAtMost( unsigned long bytes ) noexcept;
+
+/// Called whenever a file has been read to its end, until told otherwise.
+void atTheEndOfFilesDo( std::function<void()> action );
 
 /// Lets directories keep to themselves what their entries are, as some file systems do.
 void entryTypesAreHidden( bool hidden ) noexcept;

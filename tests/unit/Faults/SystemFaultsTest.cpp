@@ -1,11 +1,14 @@
 // What a run does when the system or the parser library refuses something.
 
 #include "SystemFaults.h"
+#include "Brae/Glob.h"
 #include "ProfileParser/InputFile.h"
 #include "unit/Handler/HandlerTesting.h"
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <new>
 #include <stdexcept>
 
@@ -25,6 +28,7 @@ class SystemFaultsTest : public HandlerTest {
                                            &systemOpen, &systemFstat, &systemRead } )
             function->failAt( 0 );
         readsAtMost( 0 );
+        atTheEndOfFilesDo( {} );
     }
 
     /// Runs a handler over the agent file, into a directory that holds another profile, which is left alone.
@@ -105,6 +109,33 @@ TEST_F( SystemFaultsTest, AFileThatIsReadInPiecesIsReadWhole ) {
         systemRead.failAt( broken, EIO );
         EXPECT_EQ( outcome(), notOpened( agentFile ) ) << broken;
     }
+}
+
+TEST_F( SystemFaultsTest, AFileThatChangesWhileItIsReadIsNotOpened ) {
+    using namespace std::chrono_literals;
+    const auto written = std::filesystem::file_time_type( 1000s );
+    const std::function<void()> changes[] = {
+        [this] { std::ofstream( agentFile, std::ios::app ) << "\n"; },
+        [&] { std::filesystem::last_write_time( agentFile, written + 1s ); },
+        [&] { std::filesystem::last_write_time( agentFile, written + 1ns ); },
+    };
+    for ( const auto& change : changes ) {
+        std::filesystem::last_write_time( agentFile, written );
+        atTheEndOfFilesDo( change );
+        EXPECT_EQ( outcome(), notOpened( agentFile ) );
+        atTheEndOfFilesDo( {} );
+        EXPECT_EQ( outcome(), "valid" );
+    }
+}
+
+TEST_F( SystemFaultsTest, APatternForWhichThereIsNoMemoryIsNotExpanded ) {
+    std::vector<std::string> matches{ "left from another call" };
+    systemGlob.failAt( 1 );
+    EXPECT_FALSE( Brae::getGlobResult( include, matches ) );
+    systemGlob.failAt( 0 );
+    EXPECT_THAT( matches, testing::IsEmpty() );
+    EXPECT_TRUE( Brae::getGlobResult( include, matches ) );
+    EXPECT_THAT( matches, testing::ElementsAre( include ) );
 }
 
 TEST_F( SystemFaultsTest, WithoutAFileDescriptorNoFileIsOpened ) {

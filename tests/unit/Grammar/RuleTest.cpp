@@ -377,6 +377,15 @@ TEST( Rules, OfConditionsTakeComparisonsAndTheirSides ) {
     } );
 }
 
+TEST( Rules, TakeALineOfMoreTokensThanAreKeptAlsoWhenNoRuleCallsThem ) {
+    std::string text = "a";
+    for ( int i = 0; i < 5000; ++i )
+        text += "-a";
+    const RuleRun run( rules.at( "agentId" ), text, Corvid::TokenPath::fast );
+    EXPECT_EQ( run.reports(), "" );
+    EXPECT_EQ( run.consumed(), text );
+}
+
 } // namespace
 
 } // namespace CorvidTest

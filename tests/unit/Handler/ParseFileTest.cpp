@@ -124,6 +124,20 @@ TEST_F( ParseFileTest, AFileLargerThanTheLimitIsRefusedUnread ) {
                                         MountProfileHdlr::defaultMaxFileSize ) );
 }
 
+TEST_F( ParseFileTest, AGivenTextLargerThanTheLimitIsRefused ) {
+    const std::string text = "agentName: A\n";
+    for ( const std::size_t limit : { text.size() - 1, text.size() } ) {
+        Bench bench( "" );
+        bench.hdlr.agentTextIs( text );
+        bench.hdlr.maxFileSizeIs( limit );
+        if ( limit < text.size() )
+            EXPECT_THROW( bench.run(), std::runtime_error );
+        else
+            EXPECT_NO_THROW( bench.run() );
+        EXPECT_EQ( bench.hdlr.agentProfile() != nullptr, limit == text.size() );
+    }
+}
+
 TEST_F( ParseFileTest, NoLimitLetsAFileInThatTheParserLibraryWouldCutShort ) {
     constexpr std::size_t fourGiB = std::size_t{ 4 } << 30;
     MountProfileHdlr hdlr( "Agent", new Corvid::PassiveAgentProfileDir, nullptr, false );

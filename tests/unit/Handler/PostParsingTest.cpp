@@ -109,6 +109,17 @@ TEST_F( PostParsingTest, AClashAmongTheDefaultMountsInvalidatesTheProfile ) {
     EXPECT_NE( group->mountProfile( "agent/config" ), nullptr ) << "the other mounts are added all the same";
 }
 
+TEST_F( PostParsingTest, AClashInvalidatesTheProfileWhetherItIsTracedOrNot ) {
+    const TempDir dir;
+    MountProfileHdlr untraced( dir.file( "Agent", "agentName: A\n" ), root, nullptr, true );
+    const auto group = root->agentProfileIs( Kiv::Name( "A" ) )->mountGroupIs( Kiv::Name( "default" ), 1 );
+    group->mountProfileIs( Corvid::Mount( "logging/status", "T::T", "r" ) );
+    const CapturedStandardError standardError;
+    untraced.run();
+    EXPECT_FALSE( untraced.agentProfile()->validProfile() );
+    EXPECT_THAT( standardError.text(), testing::HasSubstr( "Path logging/status is already present" ) );
+}
+
 TEST_F( PostParsingTest, AnErrorOfTheFileItselfIsDescribedByItsParserAsEver ) {
     Bench bench( "agentName: A\n/a, T::T, X\n", true );
     bench.run();

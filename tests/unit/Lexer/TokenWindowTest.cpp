@@ -117,6 +117,40 @@ TEST( TokenWindows, ForgetNothingThatTheParserHasLookedAt ) {
     EXPECT_TRUE( isSame( *ahead, lexed.tokens[2] ) );
 }
 
+TEST( TokenWindows, ForgetNothingThatTheParserHasLookedAtInTheNextBlock ) {
+    std::string text; // a line that fills a block to its end
+    for ( int i = 0; i < 31; ++i )
+        text += "a ";
+    text += "\nb c\n";
+    const LexedText lexed( text );
+    Window window( text );
+    const pANTLR3_COMMON_TOKEN ahead = window.tokens.token( 34 );
+    for ( int i = 0; i < 31; ++i )
+        window.tokens.step( false );
+    window.tokens.step( true );
+    EXPECT_TRUE( isSame( *window.tokens.current(), lexed.tokens[32] ) );
+    EXPECT_TRUE( isSame( *window.tokens.token( -1 ), lexed.tokens[31] ) );
+    EXPECT_EQ( window.tokens.token( 2 ), ahead );
+    EXPECT_TRUE( isSame( *ahead, lexed.tokens[33] ) );
+}
+
+TEST( TokenWindows, LookAheadOverMoreTokensThanTheyKeepOfALongLine ) {
+    constexpr int many = 9000;
+    std::string text;
+    for ( int i = 0; i < many; ++i )
+        text += "a ";
+    Window window( text );
+    const auto textAhead = [&window]( int k ) {
+        return Corvid::tokenText( window.tokens.token( k ) ).data();
+    };
+    EXPECT_EQ( textAhead( many ), text.data() + 2 * ( many - 1 ) );
+    EXPECT_EQ( textAhead( 1 ), text.data() );
+    for ( int i = 0; i < many; ++i ) {
+        ASSERT_EQ( textAhead( 1 ), text.data() + 2 * i );
+        window.tokens.consume();
+    }
+}
+
 TEST( TokenWindows, JoinTheTextsOfTokensOnOneBlockAndOnSeveral ) {
     for ( const std::size_t count : { 1U, 2U, 31U, 32U, 33U, 64U, 65U, 200U } )
         for ( const bool adjacent : { true, false } ) {

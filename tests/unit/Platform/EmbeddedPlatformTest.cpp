@@ -2,12 +2,15 @@
 
 #include "Brae/Glob.h"
 #include "Cell/Cell.h"
+#include "Kiv/Format.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <cwchar>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 
 namespace {
 
@@ -42,6 +45,7 @@ TEST( EmbeddedRedundancyStatus, AnswersWhatItWasMadeWithAndHotStandbyIsThree ) {
     const auto status = Kiv::Embedded::newRedundancyStatus( Mode::hotStandby, Mode::coldStandby );
     EXPECT_EQ( status->configuredMode(), Mode::hotStandby );
     EXPECT_EQ( status->operationalMode(), Mode::coldStandby );
+    EXPECT_EQ( status->name(), "status" );
 }
 
 TEST( EmbeddedGlobalDir, HoldsEntitiesByAbsolutePathUntilTheyAreReplacedOrRemoved ) {
@@ -52,6 +56,8 @@ TEST( EmbeddedGlobalDir, HoldsEntitiesByAbsolutePathUntilTheyAreReplacedOrRemove
     EXPECT_EQ( Kiv::globalDir()->entity( path ), status );
     EXPECT_EQ( Kiv::dynamicCast<Redundancy::RedundancyStatus>( Kiv::globalDir()->entity( path ) ), status );
     EXPECT_EQ( Kiv::globalDir()->entity( "/box/Corvid/redundancy" ), nullptr );
+    EXPECT_EQ( Kiv::dynamicCast<Redundancy::RedundancyStatus>( Kiv::globalDir()->entity( "/box" ) ),
+               nullptr );
     EXPECT_EQ( Kiv::globalDir()->entity( "box/Corvid/redundancy/status" ), nullptr );
     Kiv::Embedded::entityIs( path, root );
     EXPECT_EQ( Kiv::dynamicCast<Redundancy::RedundancyStatus>( Kiv::globalDir()->entity( path ) ), nullptr );
@@ -67,6 +73,7 @@ TEST( EmbeddedConfigRoot, KeepsItsPathsInTheOrderGivenAndTellsWhetherItIsComplet
         Kiv::Embedded::newConfigRoot( { { "b", "", "" }, { "a", "", "" }, { "b", "", "" } }, false );
     EXPECT_THAT( root->configuredPaths(), ElementsAre( "b", "a", "b" ) );
     EXPECT_FALSE( root->rootsComplete() );
+    EXPECT_EQ( root->name(), "configRoot" );
     EXPECT_TRUE( Kiv::Embedded::newConfigRoot( {}, true )->rootsComplete() );
 }
 
@@ -113,6 +120,11 @@ TEST( EmbeddedPathTrie, ARecordForTheEmptyPathHoldsForEveryPath ) {
     for ( const char* path : { "", "b", "b/c", "/a", "/" } )
         EXPECT_EQ( root->pathTrie().prefixTypename( path ), "Root" ) << path;
     EXPECT_EQ( root->pathTrie().prefixTypename( "a/b" ), "A" );
+}
+
+TEST( EmbeddedFormat, WhatTheCLibraryCannotFormatIsRefused ) {
+    constexpr wint_t noCharacter = 0x7FFFFFFF;
+    EXPECT_THROW( static_cast<void>( Kiv::format( "%lc", noCharacter ) ), std::invalid_argument );
 }
 
 TEST( EmbeddedGlob, NamesComeInByteOrderAndAStarPassesOverHiddenFiles ) {

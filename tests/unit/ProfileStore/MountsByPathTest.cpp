@@ -109,6 +109,7 @@ TEST( MountsByPath, IterateByPostfixAndPrefixAlike ) {
     for ( const std::string& path : paths( 70, Order::ascending ) )
         put( mounts, path, "T" );
     auto prefix = mounts.begin();
+    EXPECT_NE( std::next( prefix ), prefix );
     for ( auto postfix = mounts.begin(); postfix != mounts.end(); ++prefix )
         EXPECT_EQ( ( postfix++ )->path(), prefix->path() );
     EXPECT_EQ( prefix, mounts.end() );
