@@ -129,6 +129,9 @@ class FormatsTest(unittest.TestCase):
         self.assertEqual(len({rule["id"] for rule in rules}), len(rules))
         for rule in rules:
             self.assertIn("Right:", rule["help"]["text"])
+            body = rule["help"]["markdown"].lstrip("\n")
+            self.assertEqual(rule.get("fullDescription"), None if body.startswith("```") else {
+                "text": body.split("\n\n")[0].replace("\n", " ")})
 
     def test_files_that_cannot_be_checked_are_told_too(self):
         document = self.json("nowhere", "mounts", ".", "valid", status=2)
