@@ -140,6 +140,24 @@ TEST( CInterface, TheDocumentIsMadeOnce ) {
     EXPECT_EQ( corvid_mount_profile_json( profile.get(), nullptr ), document );
 }
 
+TEST( CInterface, TheNumbersThatProgramsWereBuiltWithNeverChange ) {
+    using testing::ElementsAre;
+    using Numbers = std::vector<int>;
+    EXPECT_THAT( ( Numbers{ CORVID_MOUNT_PROFILE_OK, CORVID_MOUNT_PROFILE_INVALID_ARGUMENT,
+                            CORVID_MOUNT_PROFILE_NO_MEMORY, CORVID_MOUNT_PROFILE_INTERNAL } ),
+                 ElementsAre( 0, 1, 2, 3 ) );
+    EXPECT_THAT(
+        ( Numbers{ CORVID_MOUNT_PROFILE_NONE, CORVID_MOUNT_PROFILE_VALID, CORVID_MOUNT_PROFILE_INVALID,
+                   CORVID_MOUNT_PROFILE_NOT_AGENT_FILE, CORVID_MOUNT_PROFILE_UNREADABLE } ),
+        ElementsAre( 0, 1, 2, 3, 4 ) );
+    EXPECT_THAT( ( Numbers{ CORVID_MOUNT_PROFILE_MESSAGE, CORVID_MOUNT_PROFILE_FILE_NAME,
+                            CORVID_MOUNT_PROFILE_INCLUDE_FILE_NAME, CORVID_MOUNT_PROFILE_RECOGNIZER,
+                            CORVID_MOUNT_PROFILE_DESCRIPTION, CORVID_MOUNT_PROFILE_SOURCE_LINE,
+                            CORVID_MOUNT_PROFILE_CODE } ),
+                 ElementsAre( 0, 1, 2, 3, 4, 5, 6 ) );
+    EXPECT_EQ( CORVID_MOUNT_PROFILE_NO_DEFAULTS, 1 );
+}
+
 TEST( CInterface, EveryStatusHasItsText ) {
     const std::pair<corvid_mount_profile_status, const char*> rows[] = {
         { CORVID_MOUNT_PROFILE_OK, "no error" },
