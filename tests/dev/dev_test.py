@@ -65,6 +65,15 @@ class Dev(unittest.TestCase):
                 (["fuzz", "lexer", "1", "2"], "dev: fuzz does not take so many arguments: lexer 1 2")):
             self.assertEqual(self.dev(*arguments, status=2), complaint + "\n" + self.dev())
 
+    def test_every_verb_takes_as_many_arguments_as_its_line_shows(self):
+        with open(DEV, encoding="utf-8") as file:
+            [function] = re.findall(r"^most_arguments\(\) \{\n.*?^\}\n", file.read(), re.M | re.S)
+        verbs = re.findall(r"^  ([a-z]+) (\S.*?|)  ", self.dev(), re.M)
+        self.assertGreater(len(verbs), 15)
+        for verb, shown in verbs:
+            taken = int(subprocess.check_output(["bash", "-c", function + 'most_arguments "$1"', "-", verb]))
+            self.assertTrue(taken > 2 if shown.endswith("...") else taken >= len(shown.split()), f"{verb} {shown}: {taken}")
+
     def test_a_wrong_argument_is_told_with_what_it_may_be(self):
         for arguments, complaint in (
                 (["build", "fast"], "no preset 'fast'; there are: release"),
