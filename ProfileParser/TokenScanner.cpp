@@ -108,14 +108,16 @@ struct WordRange {
 
 constexpr std::array<WordRange, 256> wordsByFirst = [] {
     std::array<WordRange, 256> ranges{};
-    for ( std::uint8_t i = 0; i < words.size(); ++i )
-        for ( const int first : { words[i].spelling.front() - 'a' + 'A', words[i].spelling.front() + 0 } ) {
+    for ( std::uint8_t i = 0; const Word& word : words ) {
+        for ( const int first : { word.spelling.front() - 'a' + 'A', word.spelling.front() + 0 } ) {
             WordRange& range = ranges[static_cast<std::size_t>( first )];
             if ( range.last == 0 )
                 range.first = i;
             range.last = i + 1;
-            range.lengths |= std::uint64_t{ 1 } << words[i].spelling.size();
+            range.lengths |= std::uint64_t{ 1 } << word.spelling.size();
         }
+        ++i;
+    }
     return ranges;
 }();
 

@@ -38,10 +38,14 @@ std::string options( const std::vector<OptionEntry>& options, const std::string&
         for ( const std::string& spelling : option.spellings ) {
             const bool takesValue = option.value.kind != Value::Kind::none;
             const std::string equals = takesValue && spelling.starts_with( "--" ) ? "=" : "";
-            rows += indentation +
-                    quoted( "(" + joined( excluded ) + ")" + spelling + equals + "[" +
-                            escaped( option.help ) + "]" + completer( option.value ) ) +
-                    " \\\n";
+            std::string row = "(" + joined( excluded ) + ")";
+            row.append( spelling )
+                .append( equals )
+                .append( "[" )
+                .append( escaped( option.help ) )
+                .append( "]" );
+            row.append( completer( option.value ) );
+            rows.append( indentation ).append( quoted( row ) ).append( " \\\n" );
         }
     }
     return rows;
