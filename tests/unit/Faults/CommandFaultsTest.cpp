@@ -192,6 +192,33 @@ TEST_F( CommandFaultsTest, AFileThatItIncludesAndThatCannotBeReadIsToldAsSuch ) 
                                ", included in line 5: It cannot be read [MP090]\n" );
 }
 
+TEST_F( CommandFaultsTest, AFileThatItIncludesAndThatIsNotFoundAgainIsToldByThePattern ) {
+    const auto notExpandedAgain = []( const std::function<void()>& run ) {
+        systemOpen.failAt( 2, EMFILE );
+        systemGlob.failAt( 2 );
+        run();
+        return ended( systemOpen ) && ended( systemGlob );
+    };
+    const auto oneMoreNow = [this]( const std::function<void()>& run ) {
+        int filesRead = 0;
+        atTheEndOfFilesDo( [&] {
+            if ( ++filesRead == 2 )
+                dir.file( "b.inc", "" );
+        } );
+        systemFstat.failAt( 4, EIO );
+        run();
+        atTheEndOfFilesDo( {} );
+        return ended( systemFstat );
+    };
+    for ( const Fault& fault : { Fault( notExpandedAgain ), Fault( oneMoreNow ) } ) {
+        const Answer faulty = answer( { "show", agent }, fault );
+        EXPECT_TRUE( faulty.hasFailed );
+        EXPECT_EQ( faulty.exitStatus, 2 );
+        EXPECT_THAT( faulty.err, testing::EndsWith( dir.path() + "/*.inc, included in line 5: "
+                                                                 "No such file or directory [MP090]\n" ) );
+    }
+}
+
 TEST_F( CommandFaultsTest, ADirectoryThatCannotBeListedToItsEndIsTold ) {
     const Answer faulty =
         answer( { "check", "--jobs", "1", dir.path() }, failingCall( systemReaddir, 2, EIO ) );
