@@ -37,6 +37,7 @@ TEST_F( HintsTest, tellWhatToDoAboutTheTrapsOfTheLanguage ) {
         { "\"/a#b\", K, r\n/b, k, r\n",
           "each part of a type begins with a capital letter: did you mean 'K'?" },
         { "\"/a#b\", K, r\n{\n", "a path with such characters stands in double quotes" },
+        { "\"/a#b\", K, r\n{\n", "a path with such characters stands in double quotes" },
         { "# c\n{\n", "a path with such characters stands in double quotes" },
         { "/air/in, K, r\n", "'in' is an operator everywhere: put the whole path in double quotes" },
         { "mountGroup: and\n", "'and' is an operator everywhere and cannot be part of a name" },
