@@ -152,9 +152,11 @@ TEST_F( SystemFaultsTest, WithoutAFileDescriptorNoFileIsOpened ) {
         EXPECT_EQ( ::setrlimit( RLIMIT_NOFILE, &before ), 0 );
         return result;
     };
-    // First, also because the undefined behaviour sanitizer needs descriptors to look at a type it has not
-    // met.
+    // Both outcomes first where there are some: the undefined behaviour sanitizer needs descriptors to look
+    // at a type that it has not met.
     EXPECT_EQ( outcomeWith( 3 ), "valid" );
+    systemOpen.failAt( 1, EMFILE );
+    EXPECT_EQ( outcomeWith( 3 ), notOpened( agentFile ) );
     EXPECT_EQ( outcomeWith( 1 ), "valid" ); // a file is closed before the next one is opened
     EXPECT_EQ( outcomeWith( 0 ), notOpened( agentFile ) );
 }
