@@ -85,6 +85,7 @@ TEST_F( HintsTest, tellWhatToDoAboutTheTrapsOfTheLanguage ) {
         { "\xE2\x80\x9C/a\xE2\x80\x9D, K, r\n", "texts are quoted with the plain double quote, \"" },
         { "/a,\xC2\xA0K, r\n", "this is a no-break space: put a plain blank in its place" },
         { "/a, K, r, \n", "" },
+        { "mountGroup: g, ax\n", "" }, // like a hexadecimal number in its second character only
     };
     for ( const auto& [lines, hint] : rows )
         EXPECT_EQ( hintFor( "agentName: Fan\n" + lines ), hint ) << lines;
