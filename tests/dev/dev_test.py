@@ -105,6 +105,14 @@ class Dev(unittest.TestCase):
                          "dev: failed: cmake --build --preset release "
                          f"(log: {self.root}/build/log/build-release.log)\n")
 
+    def test_a_fuzzer_that_finds_something_is_told_from_one_that_is_killed(self):
+        self.program("cmake", PROGRAMS["cmake"].replace("release", "fuzz"))
+        os.makedirs(os.path.join(self.root, "build", "fuzz", "bin"))
+        for end, reason in (("exit 77", "found an input that breaks it, kept in fuzz/crashes"),
+                            ("kill -TERM $$", "the fuzzer was ended by a signal: TERM")):
+            self.program("../build/fuzz/bin/fuzz_lexer", end)
+            self.assertEqual(self.dev("fuzz", "lexer", status=1).splitlines()[-1], f"dev: lexer: {reason}")
+
     def test_building_takes_nothing_that_only_tests_need(self):
         source = os.path.dirname(os.path.abspath(DEV))
         for folder, names, files in os.walk(source):
