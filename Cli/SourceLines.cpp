@@ -1,18 +1,12 @@
 #include "Cli/SourceLines.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include "Cli/SourceText.h"
 
 namespace Corvid::Cli {
 
 SourceLines::File SourceLines::read( const std::string& fileName ) {
     File file;
-    std::error_code error;
-    if ( !std::filesystem::is_regular_file( fileName, error ) ) // a pipe would block
-        return file;
-    std::ifstream stream( fileName, std::ios::binary );
-    file.content.assign( std::istreambuf_iterator<char>( stream ), {} );
+    file.content = readSource( fileName ).value_or( "" );
     for ( std::size_t start = 0; start < file.content.size(); ) {
         file.starts.push_back( start );
         const std::size_t end = file.content.find( '\n', start );

@@ -15,6 +15,7 @@
 #include <iostream>
 #include <latch>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -290,6 +291,9 @@ class NoMoreDescriptors {
 TEST_F( SourceFileTest, aSourceThatHasGoneOrIsNoFileIsNotRead ) {
     EXPECT_EQ( readSource( ( directory() / "gone" ).string() ), std::nullopt );
     EXPECT_EQ( readSource( directory().string() ), std::nullopt );
+    const std::string pipe = ( directory() / "pipe" ).string();
+    ASSERT_EQ( ::mkfifo( pipe.c_str(), 0600 ), 0 );
+    EXPECT_EQ( readSource( pipe ), std::nullopt ); // it would never come to an end
     write( "agent", "text" );
     const std::string agent = ( directory() / "agent" ).string();
     EXPECT_EQ( readSource( agent ), "text" );
