@@ -53,14 +53,12 @@ class GithubReport final : public LineReport {
 
     /// A text within a line that is read as a command: its own signs are written as `%` and a number.
     static std::string escaped( std::string_view text, std::string_view signs ) {
-        static constexpr char digits[] = "0123456789ABCDEF";
         std::string line;
         for ( const char c : text ) {
-            const auto byte = static_cast<unsigned char>( c );
             if ( signs.find( c ) == std::string_view::npos )
                 line += c;
             else
-                line.append( { '%', digits[byte >> 4], digits[byte & 0xF] } );
+                appendPercentEncoded( line, c );
         }
         return line;
     }

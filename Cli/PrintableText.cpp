@@ -55,10 +55,10 @@ PrintablePiece firstPiece( std::string_view text, const Utf8Scope& utf8 ) {
     return columns > 0 ? PrintablePiece{ bytes, static_cast<std::size_t>( columns ), false } : escapedByte;
 }
 
-void appendHex( std::string& out, char c ) {
+void appendHex( std::string& out, std::string_view prefix, char c ) {
     static constexpr char digits[] = "0123456789ABCDEF";
     const auto byte = static_cast<unsigned char>( c );
-    out.append( { '\\', 'x', digits[byte >> 4], digits[byte & 0xF] } );
+    out.append( prefix ).append( { digits[byte >> 4], digits[byte & 0xF] } );
 }
 
 } // namespace
@@ -73,7 +73,7 @@ void appendPrintable( std::string& out, std::string_view text ) {
     while ( !text.empty() ) {
         const PrintablePiece piece = firstPiece( text, utf8 );
         if ( piece.escaped )
-            appendHex( out, text.front() );
+            appendHex( out, "\\x", text.front() );
         else
             out.append( text.substr( 0, piece.bytes ) );
         text.remove_prefix( piece.bytes );
@@ -106,7 +106,7 @@ std::string wellFormed( std::string_view text ) {
         const bool isAscii = static_cast<unsigned char>( text.front() ) < 0x80;
         const std::size_t bytes = isAscii ? 1 : utf8.holds() ? firstCharacter( text, ignored ) : 0;
         if ( bytes == 0 )
-            appendHex( out, text.front() );
+            appendHex( out, "\\x", text.front() );
         else
             out.append( text.substr( 0, bytes ) );
         text.remove_prefix( std::max<std::size_t>( bytes, 1 ) );
@@ -130,8 +130,12 @@ void appendEscaped( std::string& out, std::string_view text ) {
         if ( c >= 0x20 && c < 0x7F && c != '\\' )
             out += c;
         else
-            appendHex( out, c );
+            appendHex( out, "\\x", c );
     }
+}
+
+void appendPercentEncoded( std::string& out, char byte ) {
+    appendHex( out, "%", byte );
 }
 
 } // namespace Corvid::Cli

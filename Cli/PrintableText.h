@@ -36,4 +36,7 @@ struct PrintablePiece {
 /// loss.
 void appendEscaped( std::string& out, std::string_view text );
 
+/// A byte as `%` and its two hexadecimal digits, as in a URI.
+void appendPercentEncoded( std::string& out, char byte );
+
 } // namespace Corvid::Cli

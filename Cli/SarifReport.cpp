@@ -3,6 +3,7 @@
 #include "Cli/CheckReport.h"
 #include "Cli/ErrorsPage.h"
 #include "Cli/JsonValues.h"
+#include "Cli/PrintableText.h"
 
 #include <algorithm>
 
@@ -12,16 +13,14 @@ namespace {
 
 /// A path as a reference: what has a meaning of its own there is written as `%` and the byte's number.
 std::string uriOf( std::string_view path ) {
-    static constexpr char digits[] = "0123456789ABCDEF";
     static constexpr std::string_view plain =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
     std::string uri = path.starts_with( '/' ) ? "file://" : "";
     for ( const char c : path ) {
-        const auto byte = static_cast<unsigned char>( c );
         if ( plain.find( c ) != std::string_view::npos )
             uri += c;
         else
-            uri.append( { '%', digits[byte >> 4], digits[byte & 0xF] } );
+            appendPercentEncoded( uri, c );
     }
     return uri;
 }
