@@ -48,7 +48,7 @@ std::vector<ConfiguredPath> readConfiguredPaths( const std::string& fileName ) {
 } // namespace
 
 void StageOptions::addTo( CLI::App& command ) {
-    constexpr auto group = "Stage options";
+    constexpr auto group = "Stage options (what surrounds the agent: its mounts may depend on it)";
     command.add_flag( "--no-defaults", noDefaults_, "Leave out the mounts that every agent gets" )
         ->group( group );
     auto* system =

@@ -68,6 +68,13 @@ TEST_F( CommandLineTest, everyLevelHasHelpWithAnExample ) {
     }
 }
 
+TEST_F( CommandLineTest, theHelpTellsWhatAStageIs ) {
+    for ( const std::string command : { "show", "check", "why" } )
+        EXPECT_THAT(
+            run( { command, "--help" } ).out,
+            HasSubstr( "\nStage options (what surrounds the agent: its mounts may depend on it):\n" ) );
+}
+
 TEST_F( CommandLineTest, theVersionIsThatOfTheProject ) {
     EXPECT_THAT( run( { "--version" } ), Answers( 0, "mountprofile " MOUNTPROFILE_VERSION "\n", "" ) );
 }

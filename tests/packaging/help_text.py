@@ -13,11 +13,12 @@ def commands_of(program):
 
 
 def options_of(help_text):
-    """The options of a --help by the titles of its groups, each as it would be typed: `--cell N`, `-h, --help`."""
+    """The options of a --help by the titles of its groups, less what is explained in parentheses; each as it would be typed:
+    `--cell N`, `-h, --help`."""
     groups, title = {}, None
     for line in help_text.splitlines():
         if line.endswith(":") and not line.startswith(" "):
-            title = line[:-1]
+            title = line[:-1].partition(" (")[0]
         elif re.match(r"  -", line):
             head = re.sub(r" (Needs|Excludes): .*| REQUIRED| \.\.\.", "", line[2:].split("  ")[0])
             groups.setdefault(title, set()).add(head.strip().replace(",", ", "))
