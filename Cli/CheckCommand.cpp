@@ -1,7 +1,6 @@
 #include "Cli/CheckCommand.h"
 
 #include "Cli/AgentFileList.h"
-#include "Cli/CheckReport.h"
 #include "Cli/LiteralArguments.h"
 #include "Cli/OrderedWork.h"
 #include "Cli/ProgressBar.h"
@@ -79,10 +78,13 @@ void CheckCommand::addOptions( CLI::App& app ) {
     auto* format = app.add_option( "--format", format_, "How to tell what was found; text if not given" )
                        ->type_name( "text|json|sarif|gcc|github" )
                        ->check( CLI::IsMember( formatNames() ).description( "" ) );
-    app.add_option( "--jobs", jobs_,
-                    "How many files to check at a time; as many as there are processors if not given" )
-        ->type_name( "N" )
-        ->check( CLI::Range( 1, 1024 ).description( "" ) );
+    auto* jobs = app.add_option( "--jobs", jobs_,
+                                 "How many files to check at a time; as many as there are processors if "
+                                 "not given" )
+                     ->type_name( "N" )
+                     ->check( CLI::Range( 1, 1024 ).description( "" ) );
+    takeLiterally( *format );
+    takeLiterally( *jobs );
     readingOptions_.addTo( app )->excludes( format );
     stageOptions_.addTo( app );
     app.footer(
@@ -140,9 +142,18 @@ ExitStatus CheckCommand::run( Console& console ) {
         report->file( file->description );
     }
     progress.erase();
-    status = readingOptions_.finish( console, status );
+    return finish( console, *report, counts, status );
+}
+
+ExitStatus CheckCommand::finish( Console& console, CheckReport& report, const CheckCounts& counts,
+                                 ExitStatus status ) const {
+    const auto problem = readingOptions_.finish( console.out, status );
+    if ( problem )
+        status = ExitStatus::trouble;
     if ( !readingOptions_.asksForList() )
-        report->end( counts, status );
+        report.end( counts, status, problem );
+    else if ( problem )
+        report.usageError( *problem );
     return status;
 }
 

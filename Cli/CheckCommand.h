@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Cli/Command.h"
+#include "Cli/CheckReport.h"
 #include "Cli/ReadingOptions.h"
 #include "Cli/StageOptions.h"
 
@@ -19,6 +19,9 @@ class CheckCommand final : public Command {
     void addOptions( CLI::App& app );
 
     [[nodiscard]] std::vector<ListedFile> filesToCheck();
+    /// Says what is to be said after all files. @return the status in the end.
+    ExitStatus finish( Console& console, CheckReport& report, const CheckCounts& counts,
+                       ExitStatus status ) const;
 
     StageOptions stageOptions_;
     ReadingOptions readingOptions_;

@@ -22,7 +22,8 @@ class TextReport final : public CheckReport {
         console_.err.append( description );
         console_.err.flush();
     }
-    void end( const CheckCounts& counts, ExitStatus status ) override;
+    void end( const CheckCounts& counts, ExitStatus status,
+              const std::optional<Diagnostic>& problem ) override;
     void usageError( const Diagnostic& diagnostic ) override {
         const std::string hint = diagnostic.hint.empty() ? "" : "; " + diagnostic.hint;
         console_.complain( diagnostic.message + hint, diagnostic.code );
@@ -33,7 +34,10 @@ class TextReport final : public CheckReport {
     bool coloured_;
 };
 
-void TextReport::end( const CheckCounts& counts, ExitStatus /*status*/ ) {
+void TextReport::end( const CheckCounts& counts, ExitStatus /*status*/,
+                      const std::optional<Diagnostic>& problem ) {
+    if ( problem )
+        usageError( *problem );
     std::string line = counted( counts.checked(), "file", "files" ) +
                        " checked: " + std::to_string( counts.valid ) + " valid";
     if ( counts.invalid )

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -36,7 +37,9 @@ class CheckReport {
     /// Says it. Called in the order of the files.
     virtual void file( const std::string& description ) = 0;
     /// Called once, after all files.
-    virtual void end( const CheckCounts& counts, ExitStatus status ) = 0;
+    /// @param problem is what else the command was to do, and could not.
+    virtual void end( const CheckCounts& counts, ExitStatus status,
+                      const std::optional<Diagnostic>& problem ) = 0;
     /// Called in place of all others when the command cannot do its work.
     virtual void usageError( const Diagnostic& diagnostic ) = 0;
 };

@@ -84,6 +84,13 @@ std::optional<Diagnostic> diagnosticOf( const AgentRun& run, bool coloured ) {
     return diagnostic;
 }
 
+Diagnostic usageError( std::string_view text ) {
+    Diagnostic diagnostic;
+    diagnostic.code = usageCode;
+    diagnostic.message = printable( text );
+    return diagnostic;
+}
+
 std::string printable( const Inclusion& inclusion ) {
     return "included from " + printable( inclusion.file ) + ":" + std::to_string( inclusion.line ) +
            " (pattern " + printable( inclusion.pattern ) + ", match " + std::to_string( inclusion.match ) +

@@ -33,6 +33,9 @@ struct Diagnostic {
     std::string excerpt; ///< the source line with the marks, as text; may be empty
 };
 
+/// What is wrong with the command line. @param text of any bytes.
+[[nodiscard]] Diagnostic usageError( std::string_view text );
+
 /// What is to be said of a run that did not end well; nothing for a valid file.
 [[nodiscard]] std::optional<Diagnostic> diagnosticOf( const AgentRun& run, bool coloured );
 

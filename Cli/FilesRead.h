@@ -26,10 +26,7 @@ class FileList {
     void add( const std::vector<std::string>& names );
     /// One a line; bytes that are not printable as `\xNN`.
     void write( Output& out ) const;
-    /// Writes a rule for make and its kin: the target depends on the files. A target is the depfile's name
-    /// without ".d" at its end. The file is replaced as a whole, or stays as it was.
-    /// @throws std::runtime_error when it cannot be written, or a name cannot be part of a rule.
-    void writeDepfile( const std::string& depfile ) const;
+    [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
 
   private:
     std::vector<std::string> names_;

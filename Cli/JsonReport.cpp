@@ -50,14 +50,9 @@ class JsonReport final : public CheckReport {
         out_.append( std::exchange( isFirst_, false ) ? "\n " : ",\n " );
         out_.append( description );
     }
-    void end( const CheckCounts& counts, ExitStatus status ) override {
-        begin();
-        finish( counts, status );
-    }
-    void usageError( const Diagnostic& diagnostic ) override {
-        begin();
-        finish( {}, ExitStatus::trouble, ",\n\"error\": " + asciiText( diagnosticValue( diagnostic ) ) );
-    }
+    void end( const CheckCounts& counts, ExitStatus status,
+              const std::optional<Diagnostic>& problem ) override;
+    void usageError( const Diagnostic& diagnostic ) override { end( {}, ExitStatus::trouble, diagnostic ); }
 
   private:
     void begin() {
@@ -65,24 +60,29 @@ class JsonReport final : public CheckReport {
             out_.append( "{\"schema\": \"urn:mountprofile:check:1\",\n\"tool\": " + asciiText( toolValue() ) +
                          ",\n\"files\": [" );
     }
-    /// @param more stands between the files and the summary.
-    void finish( const CheckCounts& counts, ExitStatus status, const std::string& more = {} ) {
-        Json summary;
-        summary["checked"] = counts.checked();
-        summary["valid"] = counts.valid;
-        summary["invalid"] = counts.invalid;
-        summary["notAgentFile"] = counts.notAgentFile;
-        summary["unreadable"] = counts.unreadable;
-        summary["passedOver"] = counts.passedOver;
-        out_.append( "]" + more + ",\n\"summary\": " + asciiText( summary ) + ",\n\"exitStatus\": " );
-        out_.appendNumber( static_cast<int>( status ) );
-        out_.append( "}\n" );
-    }
 
     Output& out_;
     bool hasBegun_ = false;
     bool isFirst_ = true;
 };
+
+void JsonReport::end( const CheckCounts& counts, ExitStatus status,
+                      const std::optional<Diagnostic>& problem ) {
+    begin();
+    out_.append( "]" );
+    if ( problem )
+        out_.append( ",\n\"error\": " + asciiText( diagnosticValue( *problem ) ) );
+    Json summary;
+    summary["checked"] = counts.checked();
+    summary["valid"] = counts.valid;
+    summary["invalid"] = counts.invalid;
+    summary["notAgentFile"] = counts.notAgentFile;
+    summary["unreadable"] = counts.unreadable;
+    summary["passedOver"] = counts.passedOver;
+    out_.append( ",\n\"summary\": " + asciiText( summary ) + ",\n\"exitStatus\": " );
+    out_.appendNumber( static_cast<int>( status ) );
+    out_.append( "}\n" );
+}
 
 } // namespace
 

@@ -20,7 +20,11 @@ class LineReport : public CheckReport {
         return diagnostic ? linesOf( *diagnostic ) : std::string();
     }
     void file( const std::string& description ) override { out_.append( description ); }
-    void end( const CheckCounts& /*counts*/, ExitStatus /*status*/ ) override {}
+    void end( const CheckCounts& /*counts*/, ExitStatus /*status*/,
+              const std::optional<Diagnostic>& problem ) override {
+        if ( problem )
+            usageError( *problem );
+    }
     void usageError( const Diagnostic& diagnostic ) override { out_.append( linesOf( diagnostic ) ); }
 
   private:

@@ -8,7 +8,7 @@ namespace Corvid::Cli {
 std::vector<std::string> literalArguments( int argc, const char* const* argv ) {
     std::vector<std::string> arguments( argv + std::min( argc, 1 ), argv + argc );
     for ( std::string& argument : arguments )
-        if ( argument.ends_with( ']' ) )
+        if ( argument.ends_with( ']' ) || ( argument.starts_with( "--" ) && argument.ends_with( '=' ) ) )
             argument += '\0';
     std::ranges::reverse( arguments );
     return arguments;
@@ -16,6 +16,11 @@ std::vector<std::string> literalArguments( int argc, const char* const* argv ) {
 
 void takeLiterally( CLI::Option& option ) {
     option.transform( []( const std::string& value ) { return withoutMarks( value ); }, "" );
+}
+
+void takeAsFileName( CLI::Option& option ) {
+    takeLiterally( option );
+    option.check( []( const std::string& value ) { return value.empty() ? "is empty" : ""; }, "" );
 }
 
 std::string withoutMarks( std::string text ) {

@@ -72,9 +72,7 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
 void Program::complain( Console& console, const std::string& text,
                         const std::vector<std::string>& arguments ) {
     const ReportFormat* format = formatAskedFor( arguments );
-    Diagnostic diagnostic;
-    diagnostic.code = usageCode;
-    diagnostic.message = printable( text );
+    Diagnostic diagnostic = usageError( text );
     diagnostic.hint = printable( hintForCommandLine() );
     ( format ? format : &reportFormats().front() )->newReport( console )->usageError( diagnostic );
 }

@@ -1,6 +1,6 @@
 #include "Cli/ReadingOptions.h"
 
-#include "Cli/CommandCodes.h"
+#include "Cli/Depfile.h"
 #include "Cli/LiteralArguments.h"
 #include "Cli/StandardInput.h"
 
@@ -11,16 +11,16 @@ namespace Corvid::Cli {
 
 CLI::Option* ReadingOptions::addTo( CLI::App& command ) {
     constexpr auto group = "Input options";
-    takeLiterally( *command
-                        .add_option( "--stdin-path", stdinPath_,
-                                     "Where the file that is read from standard input, as -, would lie" )
-                        ->type_name( "PATH" )
-                        ->group( group ) );
-    takeLiterally( *command
-                        .add_option( "--depfile", depfile_,
-                                     "Write the files that are read to FILE, as a rule for make or ninja" )
-                        ->type_name( "FILE" )
-                        ->group( group ) );
+    takeAsFileName( *command
+                         .add_option( "--stdin-path", stdinPath_,
+                                      "Where the file that is read from standard input, as -, would lie" )
+                         ->type_name( "PATH" )
+                         ->group( group ) );
+    takeAsFileName( *command
+                         .add_option( "--depfile", depfile_,
+                                      "Write the files that are read to FILE, as a rule for make or ninja" )
+                         ->type_name( "FILE" )
+                         ->group( group ) );
     return command
         .add_flag( "--list-files", listFiles_, "Print the files that are read, one a line, and nothing else" )
         ->group( group );
@@ -40,18 +40,17 @@ void ReadingOptions::check() const {
         throw std::runtime_error( "--stdin-path is about a file that is given as -" );
 }
 
-ExitStatus ReadingOptions::finish( Console& console, ExitStatus status ) {
+std::optional<Diagnostic> ReadingOptions::finish( Output& out, ExitStatus status ) const {
     if ( listFiles_ )
-        files_.write( console.out );
+        files_.write( out );
     if ( !depfile_ || status == ExitStatus::trouble )
-        return status;
+        return std::nullopt;
     try {
-        files_.writeDepfile( *depfile_ );
+        writeDepfile( *depfile_, files_.names() );
     } catch ( const std::runtime_error& error ) {
-        console.complain( error.what(), usageCode );
-        return ExitStatus::trouble;
+        return usageError( error.what() );
     }
-    return status;
+    return std::nullopt;
 }
 
 AgentRun runListedFile( const Stage& stage, const ListedFile& file, RunObserver* observer ) {

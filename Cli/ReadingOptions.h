@@ -2,7 +2,7 @@
 
 #include "Cli/AgentFileList.h"
 #include "Cli/AgentRun.h"
-#include "Cli/Command.h"
+#include "Cli/Diagnostic.h"
 #include "Cli/FilesRead.h"
 
 #include <optional>
@@ -30,8 +30,8 @@ class ReadingOptions {
     /// Notes the files of a run, those of all runs in their order.
     void add( const std::vector<std::string>& filesRead ) { files_.add( filesRead ); }
     /// Writes the list, and the depfile unless files are missing in it because they could not be read.
-    /// @return the status, or trouble when the depfile cannot be written.
-    [[nodiscard]] ExitStatus finish( Console& console, ExitStatus status );
+    /// @return why the depfile could not be written, if so.
+    [[nodiscard]] std::optional<Diagnostic> finish( Output& out, ExitStatus status ) const;
     /// @throws std::runtime_error when an option is given that the arguments leave without a meaning.
     void check() const;
 

@@ -102,16 +102,20 @@ class SarifReport final : public CheckReport {
         out_.append( std::exchange( isFirst_, false ) ? "\n " : ",\n " );
         out_.append( description );
     }
-    void end( const CheckCounts& /*counts*/, ExitStatus status ) override {
+    void end( const CheckCounts& /*counts*/, ExitStatus status,
+              const std::optional<Diagnostic>& problem ) override {
         begin();
-        finish( status, Json::array() );
+        Json invocation;
+        invocation["executionSuccessful"] = status != ExitStatus::trouble;
+        invocation["exitCode"] = static_cast<int>( status );
+        if ( problem )
+            invocation["toolConfigurationNotifications"] =
+                Json::array( { { { "descriptor", { { "id", problem->code } } },
+                                 { "level", "error" },
+                                 { "message", textValue( problem->message ) } } } );
+        out_.append( "],\n\"invocations\": [" + asciiText( invocation ) + "]}]}\n" );
     }
-    void usageError( const Diagnostic& diagnostic ) override {
-        begin();
-        finish( ExitStatus::trouble, Json::array( { { { "descriptor", { { "id", diagnostic.code } } },
-                                                      { "level", "error" },
-                                                      { "message", textValue( diagnostic.message ) } } } ) );
-    }
+    void usageError( const Diagnostic& diagnostic ) override { end( {}, ExitStatus::trouble, diagnostic ); }
 
   private:
     void begin() {
@@ -123,14 +127,6 @@ class SarifReport final : public CheckReport {
             "{\"$schema\": \"https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/"
             "sarif-schema-2.1.0.json\",\n\"version\": \"2.1.0\",\n\"runs\": [{\"tool\": {\"driver\": " +
             asciiText( driver ) + "},\n\"columnKind\": \"unicodeCodePoints\",\n\"results\": [" );
-    }
-    void finish( ExitStatus status, const Json& notifications ) {
-        Json invocation;
-        invocation["executionSuccessful"] = status != ExitStatus::trouble;
-        invocation["exitCode"] = static_cast<int>( status );
-        if ( !notifications.empty() )
-            invocation["toolConfigurationNotifications"] = notifications;
-        out_.append( "],\n\"invocations\": [" + asciiText( invocation ) + "]}]}\n" );
     }
 
     Output& out_;

@@ -61,10 +61,14 @@ ExitStatus ShowCommand::run( Console& console ) {
     const std::string diagnostics = diagnosticsOf( run, mayBeColoured( console.err ) );
     if ( !readingOptions_.asksForList() )
         print( console, run, origins );
-    const ExitStatus status = readingOptions_.finish( console, exitStatusFor( run.outcome ) );
+    const ExitStatus status = exitStatusFor( run.outcome );
+    const auto problem = readingOptions_.finish( console.out, status );
     console.out.flush();
     console.err.append( diagnostics );
-    return status;
+    if ( !problem )
+        return status;
+    console.complain( problem->message, problem->code );
+    return ExitStatus::trouble;
 }
 
 } // namespace Corvid::Cli

@@ -58,10 +58,11 @@ void StageOptions::addTo( CLI::App& command ) {
     command.add_flag( "--redundancy", redundancy_, "The system is one of a redundant pair" )
         ->needs( system )
         ->group( group );
-    command.add_option( "--cell", cell_, "The cell that this machine is: 0, 1 or 2; 1 if not given" )
-        ->type_name( "N" )
-        ->check( CLI::Range( 0, 2 ).description( "" ) )
-        ->group( group );
+    auto* cell =
+        command.add_option( "--cell", cell_, "The cell that this machine is: 0, 1 or 2; 1 if not given" )
+            ->type_name( "N" )
+            ->check( CLI::Range( 0, 2 ).description( "" ) )
+            ->group( group );
     auto* configRoot =
         command
             .add_option( "--config-root", configRootFile_,
@@ -70,7 +71,8 @@ void StageOptions::addTo( CLI::App& command ) {
             ->needs( system )
             ->group( group );
     takeLiterally( *system );
-    takeLiterally( *configRoot );
+    takeLiterally( *cell );
+    takeAsFileName( *configRoot );
 }
 
 Stage StageOptions::setUp() const {

@@ -42,7 +42,11 @@ TEST_F( CommandLineTest, whatIsWrongWithItIsToldInOneLine ) {
         { { "show", "--system", "ar", "--config-root", "nowhere", "agent" },
           "nowhere: No such file or directory" },
         { { "show", "--system", "ar", "--config-root", ".", "agent" }, ".: Is a directory" },
-        { { "show", "--system", "ar", "--config-root", "", "agent" }, ": No such file or directory" },
+        { { "show", "--system", "ar", "--config-root", "", "agent" }, "--config-root: is empty" },
+        { { "show", "--system=ar", "--config-root=", "agent" }, "--config-root: is empty" },
+        { { "check", "--jobs=", "agent" }, "--jobs: Value  not in range 1 to 1024" },
+        { { "check", "--format=", "agent" }, "--format:  not in {text,json,sarif,gcc,github}" },
+        { { "show", "--cell=", "agent" }, "--cell: Value  not in range 0 to 2" },
         { { "show", "--system", "ar", "--config-root", "words", "agent" },
           "words:3: expected 'path type' or 'path type flags'" },
         { { "check", "--system", "ar", "--config-root", "manyWords", "agent" },
@@ -86,6 +90,16 @@ TEST_F( CommandLineTest, aFileMayBeNamedLikeACommandOrAnOption ) {
         EXPECT_THAT( run( { "check", "--", name } ), Answers( 0, "1 file checked: 1 valid\n", "" ) ) << name;
     }
     EXPECT_THAT( run( { "check", "show", "tokens" } ), Answers( 0, "2 files checked: 2 valid\n", "" ) );
+}
+
+TEST_F( CommandLineTest, whatFollowsAnEmptyValueIsAnArgumentOfItsOwn ) {
+    for ( const std::string name : { "agent", "--system=" } ) {
+        write( name, "agentName: Fan\n" );
+        EXPECT_THAT( run( { "check", "--system=", "--", name } ),
+                     Answers( 0, "1 file checked: 1 valid\n", "" ) );
+        EXPECT_THAT( run( { "check", "--system", "", "--", name } ),
+                     Answers( 0, "1 file checked: 1 valid\n", "" ) );
+    }
 }
 
 TEST_F( CommandLineTest, outputThatCannotBeWrittenIsNotClaimed ) {

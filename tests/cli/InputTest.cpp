@@ -6,7 +6,6 @@ namespace {
 
 using testing::_;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::StartsWith;
 
 class InputTest : public CommandTest {
@@ -81,6 +80,8 @@ TEST_F( InputTest, whatIsAskedOfStandardInputMustMakeSense ) {
         EXPECT_THAT(
             runWithInput( "", { command, "--stdin-path", "x", "dir/agent" } ),
             Answers( 2, "", "mountprofile: --stdin-path is about a file that is given as - [MP092]\n" ) );
+    EXPECT_THAT( runWithInput( "{", { "check", "--stdin-path", "", "-" } ),
+                 Answers( 2, "", "mountprofile: --stdin-path: is empty [MP092]\n" ) );
     write( "-", "agentName: Fan\n" );
     EXPECT_THAT( runWithInput( "{", { "check", "./-" } ), Answers( 0, "1 file checked: 1 valid\n", "" ) );
 }
@@ -114,36 +115,6 @@ TEST_F( InputTest, theFilesThatAreReadAreTheSameForAnyNumberOfJobs ) {
         EXPECT_THAT( run( { "check", "--list-files", "--jobs", jobs, "many" } ), Answers( 0, expected, "" ) );
 }
 
-TEST_F( InputTest, aDepfileIsARuleForMake ) {
-    write( "dir/agent", "agentName: Fan\ninclude: inc*\n" );
-    write( "dir/a b$#:", "agentName: Other\n" );
-    EXPECT_THAT( run( { "check", "--depfile", "out/stamp.d", "dir/agent" } ),
-                 Answers( 2, _, HasSubstr( "out/stamp.d: No such file or directory" ) ) );
-    EXPECT_THAT( run( { "check", "--depfile", "stamp.d", "dir/agent", "dir/a b$#:" } ),
-                 Answers( 0, "2 files checked: 2 valid\n", "" ) );
-    EXPECT_EQ( readFile( directory() / "stamp.d" ),
-               "stamp: \\\n  dir/agent \\\n  dir/inc1 \\\n  dir/inc2 \\\n  dir/a\\ b$$\\#\\:\n" );
-    EXPECT_THAT( run( { "show", "--depfile", "deps", "dir/inc1" } ), Answers( 1, "", _ ) );
-    EXPECT_EQ( readFile( directory() / "deps" ), "deps: \\\n  dir/inc1\n" );
-    EXPECT_THAT( run( { "check", "--depfile", ".d", "dir/agent" } ), Answers( 0, _, "" ) );
-    EXPECT_THAT( readFile( directory() / ".d" ), StartsWith( ".d: \\\n  dir/agent" ) );
-}
-
-TEST_F( InputTest, aDepfileIsWrittenWholeOrNotAtAll ) {
-    write( "stamp.d", "as it was" );
-    EXPECT_THAT( run( { "check", "--depfile", "stamp.d", "dir/agent", "nowhere" } ), Answers( 2, _, _ ) );
-    EXPECT_EQ( readFile( directory() / "stamp.d" ), "as it was" );
-    write( "a\nb", "agentName: Fan\n" );
-    EXPECT_THAT( run( { "check", "--depfile", "stamp.d", "a\nb" } ),
-                 Answers( 2, _, HasSubstr( "a file name with a line end cannot be part of a rule" ) ) );
-    EXPECT_EQ( readFile( directory() / "stamp.d" ), "as it was" );
-    std::filesystem::create_directory( directory() / "taken.d" );
-    EXPECT_THAT( run( { "check", "--depfile", "taken.d", "dir/agent" } ),
-                 Answers( 2, _, HasSubstr( "taken.d: Is a directory" ) ) );
-    for ( const auto& entry : std::filesystem::directory_iterator( directory() ) )
-        EXPECT_THAT( entry.path().filename().string(), testing::Not( HasSubstr( ".d." ) ) ) << "left behind";
-}
-
 TEST_F( InputTest, theListStandsAlone ) {
     for ( const std::vector<std::string>& arguments :
           { std::vector<std::string>{ "check", "--format", "json", "--list-files", "dir/agent" },
@@ -164,8 +135,8 @@ TEST_F( InputTest, bracketsInANameAreNoList ) {
         EXPECT_THAT( run( { "tokens", name } ), Answers( 0, StartsWith( "5 AGENTNAME" ), "" ) ) << name;
         EXPECT_THAT( run( { "check", "[no]", name } ),
                      Answers( 2, _, "mountprofile: [no]: No such file or directory [MP090]\n" ) );
-        EXPECT_THAT( run( { "check", "--depfile", "[d].d", name } ), Answers( 0, _, IsEmpty() ) );
-        EXPECT_EQ( readFile( directory() / "[d].d" ), "[d]: \\\n  " + name + "\n" );
+        EXPECT_THAT( run( { "check", "--depfile", "[d].d", name } ),
+                     Answers( 2, _, StartsWith( "mountprofile: [d].d: this name cannot be part" ) ) );
     }
     write( "[paths]", "sys/a Sys::A w\n" );
     write( "root", "agentName: Fan\ninclude: ConfigMountProfile\n" );

@@ -173,6 +173,25 @@ class FormatsTest(unittest.TestCase):
                 (notification,) = run["invocations"][0]["toolConfigurationNotifications"]
                 self.assertTrue(notification["message"]["text"].startswith(message))
 
+    def test_a_depfile_that_cannot_be_written_is_told_in_the_format(self):
+        arguments = ["--depfile", "nowhere/x.d", "invalid"]
+        message = "nowhere/x.d: No such file or directory"
+        document = self.json(*arguments, status=2)
+        self.assertEqual(document["error"], {"code": "MP092", "severity": "error", "message": message})
+        self.assertEqual(document["summary"]["invalid"], 1)
+        self.assertEqual([file["file"] for file in document["files"]], ["invalid"])
+        gcc = self.check("gcc", *arguments, status=2)
+        self.assertTrue(gcc.startswith("invalid:2:"), gcc)
+        self.assertTrue(gcc.endswith(f"\nmountprofile: error: {message} [MP092]\n"), gcc)
+        self.assertTrue(self.check("github", *arguments, status=2).endswith(f"\n::error title=MP092::{message}\n"))
+
+    def test_a_depfile_that_cannot_be_written_is_told_in_sarif(self):
+        run = self.sarif("--depfile", "nowhere/x.d", "invalid", status=2)
+        self.assertEqual(len(run["results"]), 1)
+        self.assertFalse(run["invocations"][0]["executionSuccessful"])
+        (notification,) = run["invocations"][0]["toolConfigurationNotifications"]
+        self.assertEqual(notification["message"]["text"], "nowhere/x.d: No such file or directory")
+
     def test_the_format_counts_wherever_it_stands(self):
         for arguments in (["check", "--format=json", "--tidy"], ["check", "--tidy", "--format", "json"],
                           ["check", "--format", "text", "--format", "json", "valid"]):
