@@ -105,7 +105,7 @@ void runStage( const std::vector<std::string_view>& parts ) {
     runOptions.addDefaults = stage->addDefaults;
     runOptions.entityManager = stage->entityManager;
     const std::string agentFile = directory.write( "agent", parts[2] );
-    checkedRun( agentFile, { { agentFile, parts[2] } }, runOptions );
+    checkedRun( agentFile, { { agentFile, parts[2] }, { configRoot, parts[1] } }, runOptions );
 }
 
 } // namespace
