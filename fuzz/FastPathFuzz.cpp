@@ -1,4 +1,5 @@
-// The same tokens, result documents and error descriptions from both sources of tokens.
+// The same tokens, result documents and error descriptions from both sources of tokens. Of an input in three
+// parts the second one is repeated, until its line is longer than the window of tokens is.
 
 #include "InputDirectory.h"
 #include "Laws.h"
@@ -22,6 +23,19 @@ struct BothLexers {
     Corvid::GeneratedLexer lexer;
     Corvid::TokenWindow window;
 };
+
+/// Bytes of more tokens than the window keeps of a line, when a token has three.
+constexpr std::size_t longLine = 3 * 8500;
+
+std::string textOfInput( const std::uint8_t* data, std::size_t size ) {
+    const auto parts = partsOf( data, size );
+    if ( parts.size() != 3 || parts[1].empty() )
+        return std::string( textOf( data, size ) );
+    std::string text( parts[0] );
+    while ( text.size() < longLine )
+        text += parts[1];
+    return text.append( parts[2] );
+}
 
 bool areSame( const ANTLR3_COMMON_TOKEN& first, const ANTLR3_COMMON_TOKEN& second ) {
     return first.type == second.type && first.line == second.line &&
@@ -54,13 +68,13 @@ void checkTokens( const std::string& text, bool forgetting ) {
 extern "C" int LLVMFuzzerTestOneInput( const std::uint8_t* data, std::size_t size ) {
     using namespace CorvidFuzz;
     static InputDirectory directory;
-    const std::string text( textOf( data, size ) );
+    const std::string text = textOfInput( data, size );
     if ( isOneOf( 4, text ) )
         checkTokens( text, size % 2 == 0 );
     const std::string agentFile = directory.write( "agent", text );
     RunOptions options;
     options.addDefaults = false; // no tokens lead to them
-    const auto fast = run( agentFile, options );
+    const auto fast = checkedRun( agentFile, { { agentFile, text } }, options );
     options.plainTokens = true;
     const auto slow = run( agentFile, options );
     require( fast.outcome == slow.outcome && fast.printed == slow.printed,

@@ -15,6 +15,25 @@ import sys
 SEPARATOR = b"\xfe"  # parts the texts of one input, as in Laws.h
 LEAST_SEEDS = 100
 
+# Files with a piece between, which is to be repeated within one line.
+REPEATED = [
+    ("agentName: A", "-x", "\n"),
+    ("agentName: A-%a", "-%b", "$\n"),
+    ("agentName: A-%c\nalias: %a = %c", ", %c", ", %d\n"),
+    ("agentName: A\nrootFlags: ", "r w ", "\n"),
+    ("agentName: A-%b\n/a", "/%b", ", T, r\n"),
+    ("agentName: A\n/a", "/b", ", T, x\n"),
+    ("agentName: A\n/a", "/b", " T, r\n"),
+    ("agentName: A\n", '"/"', ", T, r\n"),
+    ("agentName: A\n/a, T", "::U", ", r\n/b, T, r\n"),
+    ("agentName: A\nmountFilter: f\n  a, ", '"b"', "\n/a, T, r, f\n"),
+    ("agentName: A\nmountGroup: g\ncondition: 1 == /a", "/b", ".c\n/a, T, r\n"),
+    ("agentName: A-%a\nmountGroup: g\ncondition: 1 == /a.b", " and %a == %a", " and x\n"),
+    ("agentName: A\n/a", "\\\n/b", ", T, r\n"),
+    ("agentName: A\n/a", "/b", " ~\n/a, T, r\n"),
+    ("agentName: A\ninclude: x", "?", "\n"),
+]
+
 # Texts of the tokens that are not spelled in one way, and of what never becomes a token.
 SAMPLES = {
     "NEWLN": ["\n", "\r", "\r\n"],
@@ -83,6 +102,10 @@ def single_files(source):
     return [text for agent, files, _ in cases(source) for text in (agent, *files.values())]
 
 
+def fast_paths(source):
+    return single_files(source) + [SEPARATOR.join(part.encode() for part in parts) for parts in REPEATED]
+
+
 def several_files(source):
     return [SEPARATOR.join([agent] + [name.encode() + b"\n" + text for name, text in files.items()])
             for agent, files, _ in cases(source)]
@@ -117,7 +140,7 @@ def documents(source):
 
 SEEDS = {
     "lexer": single_files,
-    "fast-path": single_files,
+    "fast-path": fast_paths,
     "agent-file": agent_files,
     "include-files": several_files,
     "condition": conditions,

@@ -40,7 +40,7 @@ class Silence : public std::streambuf {
 struct Scene {
     const char* name;
     const char* description; ///< of the error
-    const char* agent;
+    std::string agent;
     std::map<std::string, std::string> files = {};
 };
 
@@ -68,6 +68,14 @@ mountGroup: the-group-that-blocks
 conditionBlocker: %slot == %theSlotOfThePeer
 /hardware/power/of/this/%chassis, Hardware::PowerSupply, r
 )";
+
+/// A line of more tokens than the parser's window of them keeps.
+std::string longLine() {
+    std::string text = "agentName: A\n/a";
+    for ( int i = 0; i < 4200; ++i )
+        text += "/b";
+    return text + ", Hardware::Fan, X\n";
+}
 
 /// Files whose runs take every way that a run can take.
 const Scene scenes[] = {
@@ -100,6 +108,7 @@ const Scene scenes[] = {
     { "an include pattern without a match",
       " In mount group 'all' ,  near '\\n', No include file found matching",
       "agentName: A\ninclude: a-long-name-of-no-file\n" },
+    { "a long line", " In mount group 'all' ,  near '\\n', illegal flag 'X'", longLine() },
     { "an error in the title", " In agent title,  near '-', $ allowed with only last template key",
       "agentName: A-%b-%b-%a$-%c\n" },
 };
