@@ -128,16 +128,25 @@ bool removePrefix( std::string_view& text, std::string_view prefix ) {
     return stands;
 }
 
+bool mayBeAppendedLineEnd( const Corvid::RecognitionError& error ) {
+    return error.recognizer() == "parser" && error.line() == 1 && error.charPositionInLine() == 0;
+}
+
+bool mayBeEndOfInput( const Corvid::RecognitionError& error ) {
+    return error.recognizer() == "parser" && error.line() == 2 && error.charPositionInLine() == 0;
+}
+
 /// Whether a text is the quoted token at the place, and then a message. The token may hold what ends a quote.
-bool isQuoteAndMessage( std::string_view text, std::uint32_t kind, std::string_view rest,
-                        bool atAppendedPlace ) {
+bool isQuoteAndMessage( std::string_view text, const Corvid::RecognitionError& error,
+                        std::string_view rest ) {
     for ( auto end = text.find( Wording::nearTokenEnd ); end != std::string_view::npos;
           end = text.find( Wording::nearTokenEnd, end + 1 ) ) {
         const std::string_view quoted = text.substr( 0, end );
         const bool isLineEnd = quoted == Wording::newlineAsShown;
-        const bool stands = isLineEnd ? rest.starts_with( '\n' ) || atAppendedPlace
+        const bool stands = isLineEnd ? rest.starts_with( '\n' ) || mayBeAppendedLineEnd( error )
                                       : !quoted.empty() && rest.starts_with( quoted );
-        if ( stands && isParserMessage( text.substr( end + Wording::nearTokenEnd.size() ), kind ) )
+        const std::string_view message = text.substr( end + Wording::nearTokenEnd.size() );
+        if ( stands && isParserMessage( message, error.exceptionType() ) )
             return true;
     }
     return false;
@@ -145,8 +154,12 @@ bool isQuoteAndMessage( std::string_view text, std::uint32_t kind, std::string_v
 
 } // namespace
 
+bool mayBeAppended( const Corvid::RecognitionError& error ) {
+    return mayBeAppendedLineEnd( error ) || mayBeEndOfInput( error );
+}
+
 std::string descriptionProblem( const Corvid::RecognitionError& error, const std::string& groupName,
-                                std::string_view rest, bool atAppendedPlace ) {
+                                std::string_view rest ) {
     std::string_view text = error.description();
     if ( error.recognizer() == "lexer" )
         return isCharacterMessage( text, rest ) ? "" : "not a message about a character";
@@ -160,10 +173,11 @@ std::string descriptionProblem( const Corvid::RecognitionError& error, const std
            !removePrefix( text, groupName + std::string( Wording::mountGroupPrefixEnd ) ) ) )
         return "names another section than the one at hand";
     if ( removePrefix( text, Wording::atEndOfInput ) )
-        return atAppendedPlace && isParserMessage( text, error.exceptionType() ) ? "" : "not a message";
+        return mayBeEndOfInput( error ) && isParserMessage( text, error.exceptionType() ) ? ""
+                                                                                          : "not a message";
     if ( !removePrefix( text, Wording::nearToken ) )
         return "names no token";
-    return isQuoteAndMessage( text, error.exceptionType(), rest, atAppendedPlace ) ? "" : "not a message";
+    return isQuoteAndMessage( text, error, rest ) ? "" : "not a message";
 }
 
 } // namespace CorvidFuzz

@@ -180,6 +180,11 @@ HandlerRun recordOf( const std::vector<std::string_view>& texts ) {
     return run;
 }
 
+HandlerRun runFile( InputDirectory& directory, std::string_view text ) {
+    const std::string agentFile = directory.write( "agent", text );
+    return checkedRun( agentFile, { { agentFile, text } } );
+}
+
 } // namespace
 
 } // namespace CorvidFuzz
@@ -190,6 +195,6 @@ extern "C" int LLVMFuzzerTestOneInput( const std::uint8_t* data, std::size_t siz
     if ( size > 0 && data[0] == 0 )
         checkDocument( recordOf( partsOf( data + 1, size - 1 ) ) );
     else
-        checkDocument( run( directory.write( "agent", textOf( data, size ) ) ) );
+        checkDocument( runFile( directory, textOf( data, size ) ) );
     return 0;
 }

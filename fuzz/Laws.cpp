@@ -19,16 +19,34 @@ namespace {
 
 bool allInputsAreChecked = false;
 
-constexpr char bystanderName[] = "bystander!"; // a name that no title line can spell
+/// Another profile in a directory, with the group and a mount that runs would write into by mistake.
+class Bystander {
+  public:
+    explicit Bystander( const Kiv::Ptr<Corvid::PassiveAgentProfileDir>& directory )
+        : directory_( directory ) {
+        run_.outcome = Outcome::valid;
+        run_.handler = std::make_unique<MountProfileHdlr>( "", directory, nullptr, false );
+        run_.handler->agentProfileIs( "bystander!" ); // a name that no title line can spell
+        run_.handler->addMountGroup( "all", 99 );
+        run_.handler->addMount( "a", "T", "r", "" );
+        before_ = documentOf( run_ );
+    }
 
-void checkBystander( const Corvid::PassiveAgentProfileDir& directory, const FinishedRun& run ) {
-    const bool hasProfile = run.handler->agentProfile().get() != nullptr;
-    require( directory.agentProfile().size() == ( hasProfile ? 2U : 1U ),
-             "a run makes the handler's profile and no other", run.agentFile );
-    const auto& bystander = *directory.agentProfile().find( Kiv::Name( bystanderName ) )->second;
-    require( bystander.validProfile() && bystander.mountGroup().empty() && bystander.aliasKey().empty() &&
-                 bystander.templateKey().empty() && bystander.rootFlags().empty(),
-             "a run leaves other profiles as they are", run.agentFile );
+    void check( const FinishedRun& run ) const {
+        const bool hasProfile = run.handler->agentProfile().get() != nullptr;
+        require( directory_->agentProfile().size() == ( hasProfile ? 2U : 1U ),
+                 "a run makes the handler's profile and no other", run.agentFile );
+        require( documentOf( run_ ) == before_, "a run leaves other profiles as they are", run.agentFile );
+    }
+
+  private:
+    Kiv::Ptr<const Corvid::PassiveAgentProfileDir> directory_;
+    Corvid::HandlerRun run_;
+    std::string before_;
+};
+
+bool isUnprintable( char c ) {
+    return c < ' ' || c > '~';
 }
 
 std::string_view lineOf( std::string_view text, std::uint32_t number ) {
@@ -52,14 +70,8 @@ std::string_view restAtPlace( const RecognitionError& error, std::string_view te
     return rest.substr( column );
 }
 
-/// The line end that is appended to every file, or the end of input behind it.
-bool isAppendedPlace( const RecognitionError& error ) {
-    return error.recognizer() == "parser" && ( ( error.line() == 1 && error.charPositionInLine() == 0 ) ||
-                                               ( error.line() == 2 && error.charPositionInLine() == 0 ) );
-}
-
-/// Of an error that lies in this text. @param rest of the text, from the error's place on; null for an
-/// appended place.
+/// Of an error that lies in this text. @param rest of the text, from the error's place on; null when only an
+/// appended place has these numbers.
 void checkDetails( const FinishedRun& run, std::string_view text, std::string_view rest ) {
     const Corvid::ErrorDetails& details = run.handler->errorDetails();
     require( std::ranges::find( Corvid::errorCodes(), details.code, &Corvid::ErrorCode::code ) !=
@@ -69,8 +81,9 @@ void checkDetails( const FinishedRun& run, std::string_view text, std::string_vi
         return;
     require( details.begin <= details.end && details.end <= text.size() && details.place <= text.size(),
              "an error's range and place lie in its file", run.printed );
-    require( !rest.data() || details.place == static_cast<std::size_t>( rest.data() - text.data() ) ||
-                 details.place == text.size(),
+    const bool isAtEnd = details.place == text.size() && mayBeAppended( run.handler->errorDesc() );
+    require( isAtEnd ||
+                 ( rest.data() && details.place == static_cast<std::size_t>( rest.data() - text.data() ) ),
              "an error's place is the record's, or the file's end", run.printed );
 }
 
@@ -86,7 +99,7 @@ FinishedRun run( const std::string& agentFile, const RunOptions& options ) {
     static const Corvid::Cli::CapturedErrors capturedErrors;
     const Corvid::Cli::CapturedErrors::Collector errors;
     const Kiv::Ptr<Corvid::PassiveAgentProfileDir> directory( new Corvid::PassiveAgentProfileDir );
-    directory->agentProfileIs( Kiv::Name( bystanderName ) );
+    const Bystander bystander( directory );
     FinishedRun run;
     run.agentFile = agentFile;
     run.handler = std::make_unique<MountProfileHdlr>( agentFile, directory, options.entityManager,
@@ -94,7 +107,7 @@ FinishedRun run( const std::string& agentFile, const RunOptions& options ) {
     run.handler->plainTokensIs( options.plainTokens );
     run.run();
     run.printed = errors.text();
-    checkBystander( *directory, run );
+    bystander.check( run );
     return run;
 }
 
@@ -118,8 +131,9 @@ void checkOutcome( const FinishedRun& run ) {
         require( !description.empty() && ( !profile || ( !profile->validProfile() &&
                                                          profile->errorDesc() == handler.errorDesc() ) ),
                  "an invalid file has a description, which its profile shares", description );
-        require( run.printed == handler.errorDesc().composeErrorDescMessage().str() + "\n",
-                 "an error is printed as one line", run.printed );
+        require( run.printed == handler.errorDesc().composeErrorDescMessage().str() + "\n" &&
+                     std::ranges::count_if( run.printed, isUnprintable ) == 1,
+                 "an error is printed as one line of printable ASCII", run.printed );
         return;
     case Outcome::notAgentFile:
         require( description.empty() && run.printed.empty() && !profile, "what is no agent file does nothing",
@@ -140,10 +154,9 @@ void checkError( const FinishedRun& run, const Files& files ) {
     const auto file = files.find( error.placeFileName().str() );
     require( file != files.end(), "an error lies in a file of the input", error.placeFileName().str() );
     const std::string_view rest = restAtPlace( error, file->second );
-    require( rest.data() || isAppendedPlace( error ), "an error lies in its file", run.printed );
+    require( rest.data() || mayBeAppended( error ), "an error lies in its file", run.printed );
     checkDetails( run, file->second, rest );
-    const std::string problem =
-        descriptionProblem( error, run.handler->currMgName(), rest, isAppendedPlace( error ) );
+    const std::string problem = descriptionProblem( error, run.handler->currMgName(), rest );
     require( problem.empty(), "a description is composed of the prescribed texts",
              problem + ": " + error.description().str() );
 }
