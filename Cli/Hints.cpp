@@ -1,7 +1,6 @@
 #include "Cli/Hints.h"
 
-#include "Cli/PrintableText.h"
-#include "Cli/SourceText.h"
+#include "Cli/HintRules.h"
 #include "Cli/Spelling.h"
 
 #include <algorithm>
@@ -11,258 +10,222 @@ namespace Corvid::Cli {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r";
+constexpr char oneTitle[] = "a file has one title line, its first";
 
-const std::vector<std::string>& keywords() {
-    // GCOVR_EXCL_BR_START: how the compiler gives back a list that is half made
-    static const std::vector<std::string> words{
-        "agentName",    "alias",       "condition",  "conditionBlocker",    "hybridMount", "include",
-        "lowMountPrio", "mountFilter", "mountGroup", "noDefaultMountGroup", "rootFlags",   "subAgent" };
-    // GCOVR_EXCL_BR_STOP
-    return words;
+bool startsWithCapital( std::string_view text ) {
+    return !text.empty() && text.front() >= 'A' && text.front() <= 'Z';
 }
 
-/// The keyword as it is usually spelled; empty for other words.
-std::string keyword( std::string_view word ) {
-    const auto found = std::ranges::find_if(
-        keywords(), [word]( const std::string& keyword ) { return sameLetters( keyword, word ); } );
-    return found == keywords().end() ? std::string() : *found;
-}
-
-bool isSwitch( std::string_view keyword ) {
-    return keyword == "hybridMount" || keyword == "lowMountPrio" || keyword == "noDefaultMountGroup";
-}
-
-bool isOneOf( std::string_view text, std::initializer_list<std::string_view> texts ) {
-    return std::ranges::find( texts, text ) != texts.end();
-}
-
-std::string quoted( std::string_view text ) {
-    return "'" + printable( text ) + "'";
-}
-
-std::string_view withoutLeadingBlanks( std::string_view text ) {
-    return text.substr( std::min( text.find_first_not_of( blanks ), text.size() ) );
-}
-
-/// The letters, digits and underscores that a text begins with.
-std::string_view wordAt( std::string_view text ) {
-    const auto isPart = []( char c ) {
-        return ( c >= 'a' && c <= 'z' ) || ( c >= 'A' && c <= 'Z' ) || ( c >= '0' && c <= '9' ) || c == '_';
-    };
-    return { text.data(),
-             static_cast<std::size_t>( std::ranges::find_if_not( text, isPart ) - text.begin() ) };
-}
-
-/// An error, and what the source looks like around it.
-struct Scene {
-    std::string_view code;
-    std::string_view content;
-    std::string_view rest;      ///< of the content, from the place on
-    std::string_view wrong;     ///< what is wrong
-    std::string_view word;      ///< that the place's line begins with; may be empty
-    std::string_view afterWord; ///< the rest of that line, without blanks in front
-    SourcePlace place;
-    const MountProfileHdlr& handler;
-
-    Scene( const MountProfileHdlr& hdlr, std::string_view text )
-        : code( hdlr.errorDetails().code ), content( text ),
-          rest( text.substr( std::min( hdlr.errorDetails().place, text.size() ) ) ),
-          wrong( range( text, hdlr.errorDetails() ) ),
-          place( sourcePlace( text, hdlr.errorDetails().place ) ), handler( hdlr ) {
-        const std::string_view line = withoutLeadingBlanks( place.text );
-        word = wordAt( line );
-        afterWord = withoutLeadingBlanks( line.substr( word.size() ) );
-    }
-
-    [[nodiscard]] bool isFirstOnLine() const {
-        return withoutLeadingBlanks( place.text.substr( 0, place.byteOffset ) ).empty();
-    }
-
-  private:
-    static std::string_view range( std::string_view text, const ErrorDetails& details ) {
-        const std::size_t begin = std::min( details.begin, text.size() );
-        return text.substr( begin, std::max( details.end, begin ) - begin );
-    }
-};
-
-/// Where a comment begins that stands behind something else on a line; npos when there is none.
-std::size_t trailingComment( std::string_view line ) {
-    bool inString = false;
-    for ( std::size_t at = 0; at < line.size(); ++at ) {
-        if ( line[at] == '"' )
-            inString = !inString;
-        if ( line[at] == '#' && !inString )
-            return withoutLeadingBlanks( line.substr( 0, at ) ).empty() ? std::string_view::npos : at;
-    }
-    return std::string_view::npos;
+bool startsWithSmallLetter( std::string_view text ) {
+    return !text.empty() && text.front() >= 'a' && text.front() <= 'z';
 }
 
 /// The trap of the language: a comment takes the end of its line along.
-std::string swallowedLineEnd( const Scene& scene ) {
-    const auto start = static_cast<std::size_t>( scene.place.text.data() - scene.content.data() );
-    if ( start == 0 || !scene.isFirstOnLine() )
+std::string swallowedLineEnd( const ErrorScene& scene ) {
+    // Of the line below, a word may have become a part of the name in the line above.
+    const std::string_view inFront = withoutBlanks( scene.place.text.substr( 0, scene.place.byteOffset ) );
+    if ( scene.lineOfComment == 0 || wordAt( inFront ) != inFront ||
+         !isOneOf( scene.code, { "MP021", "MP022", "MP032", "MP061", "MP082" } ) )
         return {};
-    const SourcePlace before = sourcePlace( scene.content, start - 1 );
-    if ( trailingComment( before.text ) == std::string_view::npos )
-        return {};
-    return "the comment on line " + std::to_string( before.line ) +
+    return "the comment on line " + std::to_string( scene.lineOfComment ) +
            " takes the end of its line along, so that line " + std::to_string( scene.place.line ) +
            " goes on with it: put the comment on a line of its own";
 }
 
-std::string operatorInName( const Scene& scene ) {
-    if ( !isOneOf( scene.wrong, { "in", "notin", "and" } ) )
-        return {};
-    const std::string isOperator = quoted( scene.wrong ) + " is an operator everywhere";
-    if ( isOneOf( scene.code, { "MP010", "MP011", "MP012", "MP040" } ) )
-        return isOperator + ": put the whole path in double quotes";
-    return isOperator + " and cannot be part of a name";
+std::string misplacedCondition( const ErrorScene& scene ) {
+    const std::string statement = quoted( keyword( scene.word ) );
+    if ( scene.handler.currMgName() == "all" )
+        return statement + " belongs below a mountGroup: the group 'all' has none";
+    if ( !scene.handler.currMg()->entireCondition().empty() )
+        return "join both conditions with 'and' on one line";
+    return statement + " must be the first line of its mount group";
 }
 
-std::string operatorInCapitals( const Scene& scene ) {
-    for ( const std::string_view word : { "and", "in", "notin" } )
-        if ( scene.wrong != word && sameLetters( scene.wrong, word ) &&
-             keyword( scene.word ).starts_with( "condition" ) )
-            return "operators are written in lower case: " + quoted( word );
-    return {};
-}
-
-std::string numberInName( const Scene& scene ) {
-    const std::string_view digits = wordAt( scene.wrong );
-    const bool isNumber = !digits.empty() && digits.front() <= '9'; // nothing comes before the digits
-    if ( !isNumber || isOneOf( scene.code, { "MP003", "MP032", "MP063", "MP072" } ) )
-        return {};
-    if ( scene.wrong.substr( digits.size() ).starts_with( '.' ) )
-        return quoted( scene.wrong ) +
-               " is a number with a decimal point: paths and names are made of whole numbers";
-    if ( digits.size() > 1 && ( digits[1] == 'x' || digits[1] == 'X' ) )
-        return quoted( scene.wrong ) + " is a hexadecimal number: paths and names are made of whole numbers";
-    return {};
-}
-
-/// A line that begins with a keyword, in a place where that means nothing.
-std::string misplacedStatement( const Scene& scene ) {
-    const std::string statement = keyword( scene.word );
-    const bool isComplete = isSwitch( statement ) ? scene.afterWord.empty() || scene.afterWord.front() != ','
-                                                  : scene.afterWord.starts_with( ':' );
-    if ( statement.empty() || !isComplete )
-        return {};
-    if ( isOneOf( scene.code, { "MP083", "MP084" } ) )
-        return "an include file holds nothing but mount lines: " + quoted( statement ) +
-               " belongs in the agent file";
+/// A line of which nothing is wrong but that it stands where it does.
+std::string misplacedLine( const ErrorScene& scene ) {
     if ( !isOneOf( scene.code, { "MP030", "MP031" } ) )
         return {};
-    if ( statement.starts_with( "condition" ) )
-        return quoted( statement ) + " must be the first line of its mount group";
-    if ( statement == "agentName" )
-        return "a file has one title line, its first";
-    if ( statement == "include" )
-        return "a mount filter closes the group before it: put " + quoted( statement ) +
+    const bool isMount = scene.statement == Statement::mountLine && belongsToFilter( scene.previous ) &&
+                         commasIn( scene.text ) >= 2;
+    if ( scene.code == "MP030" && ( isMount || scene.statement == Statement::include ) )
+        return "a mount filter closes the group before it: put " +
+               ( isMount ? "the mounts" : quoted( keyword( scene.word ) ) ) +
                " above it, or below a mountGroup";
-    return quoted( statement ) + " belongs above the first mount line and the first mountGroup";
-}
-
-std::string missingColon( const Scene& scene ) {
-    const std::string statement = keyword( scene.word );
-    if ( statement.empty() || isSwitch( statement ) || scene.afterWord.starts_with( ':' ) ||
-         !isOneOf( scene.code, { "MP010", "MP011", "MP012", "MP013" } ) )
+    switch ( scene.statement ) {
+    case Statement::mountLine:
+    case Statement::filterAttribute:
         return {};
-    return "a colon is missing: " + statement + ": ...";
+    case Statement::condition:
+        return misplacedCondition( scene );
+    case Statement::title:
+        return oneTitle;
+    default:
+        return quoted( keyword( scene.word ) ) +
+               " belongs above the first mount line and the first mountGroup";
+    }
 }
 
-std::string misspeltKeyword( const Scene& scene ) {
+bool forgetsColon( const ErrorScene& scene ) {
+    constexpr std::string_view beginnings = "%=*";
+    const bool goesOn = !wordAt( scene.afterWord ).empty() || scene.afterWord.empty() ||
+                        beginnings.find( scene.afterWord.front() ) != std::string_view::npos;
+    const bool isMount = commasIn( scene.text ) >= 2 && !scene.rest.starts_with( '=' );
+    return scene.statement == Statement::mountLine && !keyword( scene.word ).empty() && goesOn && !isMount;
+}
+
+std::string missingColon( const ErrorScene& scene ) {
+    const bool isAlias = scene.code == "MP024" && scene.rest.starts_with( '=' );
+    if ( scene.isInIncludeFile || !forgetsColon( scene ) ||
+         !( isAlias || isOneOf( scene.code, { "MP010", "MP011", "MP012", "MP013", "MP030", "MP041" } ) ) )
+        return {};
+    if ( keyword( scene.word ) == "agentName" )
+        return oneTitle;
+    return "a colon is missing: " + keyword( scene.word ) + ": ...";
+}
+
+std::string statementInIncludeFile( const ErrorScene& scene ) {
+    if ( scene.isInIncludeFile && scene.code == "MP083" && scene.statement == Statement::title )
+        return "the pattern matches an agent file, and those cannot be included";
+    const bool isStatement =
+        isOneOf( scene.code, { "MP083", "MP084" } ) && scene.statement != Statement::mountLine;
+    if ( !scene.isInIncludeFile || !( isStatement || forgetsColon( scene ) ) )
+        return {};
+    return "an include file holds nothing but mount lines: " + quoted( keyword( scene.word ) ) +
+           " belongs in the agent file";
+}
+
+std::string misspeltKeyword( const ErrorScene& scene ) {
     const bool mayBeKeyword = scene.afterWord.starts_with( ':' ) || scene.afterWord.empty();
-    if ( !mayBeKeyword || !keyword( scene.word ).empty() ||
-         !isOneOf( scene.code, { "MP010", "MP013", "MP030", "MP031", "MP084" } ) )
+    if ( scene.isInIncludeFile || !mayBeKeyword || !keyword( scene.word ).empty() ||
+         !isOneOf( scene.code, { "MP010", "MP013", "MP030", "MP031" } ) )
         return {};
     return didYouMean( scene.word, keywords() );
 }
 
-std::string unknownTemplateKey( const Scene& scene ) {
+/// A line that was to go on in the next one.
+std::string brokenLine( const ErrorScene& scene ) {
+    const std::string_view before = withoutBlanks( scene.before() );
+    if ( isOneOf( scene.code, { "MP013", "MP030" } ) && scene.wrong == "and" &&
+         scene.previous == Statement::condition && withoutBlanks( before ).empty() )
+        return "a condition goes on in the next line only behind a backslash, as the last character of its "
+               "line";
+    if ( !isOneOf( scene.code, { "MP023", "MP041" } ) || !before.ends_with( ',' ) ||
+         !isAtLineEnd( scene.rest ) )
+        return {};
+    const std::string_view below =
+        scene.rest.substr( std::min( scene.rest.find( '\n' ), scene.rest.size() - 1 ) + 1 );
+    const std::string_view next = withoutBlanks( below.substr( 0, below.find( '\n' ) ) );
+    const std::size_t commas = commasIn( scene.text ) + commasIn( next );
+    if ( wordAt( next ).empty() || commas < 2 || commas > 3 )
+        return {};
+    return "a line goes on in the next one only behind a backslash, as its last character";
+}
+
+std::string unknownTemplateKey( const ErrorScene& scene ) {
     if ( scene.code != "MP024" )
         return {};
     std::string key( scene.wrong );
-    std::erase_if( key, []( char c ) { return blanks.find( c ) != std::string_view::npos; } );
+    std::erase_if( key, []( char c ) { return c == ' ' || c == '\t'; } );
     const std::string meant = didYouMean( key, scene.handler.knownTemplateKeys() );
     return meant.empty() ? "declare " + quoted( key ) + " in the title line, or by an alias above" : meant;
 }
 
-std::string unknownMountFilter( const Scene& scene ) {
-    return scene.code == "MP044" ? didYouMean( scene.wrong, scene.handler.knownMountFilters() )
-                                 : std::string();
+constexpr std::string_view legalFlags = "rwicfCDSBNO";
+
+std::string unknownMountFilter( const ErrorScene& scene ) {
+    if ( scene.code != "MP044" )
+        return {};
+    const std::string meant = didYouMean( scene.wrong, scene.handler.knownMountFilters() );
+    if ( meant.empty() && scene.wrong.find_first_not_of( legalFlags ) == std::string_view::npos )
+        return "the fourth part of a line names a mount filter: several flags are one word, such as rw";
+    return meant;
 }
 
-std::string illegalFlag( const Scene& scene ) {
-    constexpr std::string_view legal = "rwicfCDSBNO";
-    if ( scene.code != "MP042" )
-        return {};
-    const auto illegal = scene.wrong.find_first_not_of( legal );
-    if ( illegal == std::string_view::npos )
-        return {};
-    const std::string_view flag = scene.wrong.substr( illegal, 1 );
-    for ( const char& c : legal )
-        if ( sameLetters( { &c, 1 }, flag ) )
-            return "case matters: did you mean " + quoted( { &c, 1 } ) + "?";
-    return "flags are single letters, in any order: r w i c f C D S B N O";
+/// The flags in small letters; empty when these are not all flags, or when capital ones may have been meant.
+std::string inSmallLetters( std::string_view flags ) {
+    std::string small;
+    for ( const char c : flags ) {
+        const bool isCapital = c >= 'A' && c <= 'Z';
+        const char flag = isCapital ? static_cast<char>( c - 'A' + 'a' ) : c;
+        if ( legalFlags.find( flag ) == std::string_view::npos ||
+             ( isCapital && legalFlags.find( c ) != std::string_view::npos ) )
+            return {};
+        if ( small.find( flag ) == std::string::npos )
+            small += flag;
+    }
+    return small;
 }
 
-std::string mistakenType( const Scene& scene ) {
-    if ( scene.code != "MP041" || scene.wrong.empty() || scene.wrong[0] < 'a' || scene.wrong[0] > 'z' )
+std::string illegalFlag( const ErrorScene& scene ) {
+    if ( scene.code != "MP042" || scene.wrong.find_first_not_of( legalFlags ) == std::string_view::npos )
+        return {};
+    const std::string small = inSmallLetters( scene.wrong );
+    return small.empty() ? "flags are single letters, in any order, and case matters: r w i c f C D S B N O"
+                         : "case matters: did you mean " + quoted( small ) + "?";
+}
+
+std::string filterAttribute( const ErrorScene& scene ) {
+    // A line with a comma too many looks like a mount line.
+    const bool isTooLong =
+        belongsToFilter( scene.previous ) && scene.code == "MP032" && commasIn( scene.before() ) == 1;
+    if ( !isTooLong && scene.statement != Statement::filterAttribute )
+        return {};
+    if ( !startsWithSmallLetter( scene.word ) )
+        return "an attribute begins with a lower-case letter";
+    return "a line of a mount filter is: ATTRIBUTE, or: ATTRIBUTE, KEY";
+}
+
+std::string shortMountLine( const ErrorScene& scene ) {
+    const std::size_t commas = commasIn( scene.text );
+    const bool isShort = scene.code == "MP041" ? commas == 1 : scene.isExpected( "COMMA" ) && commas < 2;
+    if ( scene.statement != Statement::mountLine || !isShort )
+        return {};
+    return "a mount line has three parts: PATH, TYPE, FLAGS";
+}
+
+std::string mistakenType( const ErrorScene& scene ) {
+    if ( scene.statement != Statement::mountLine || scene.code != "MP041" ||
+         !startsWithSmallLetter( scene.wrong ) )
         return {};
     std::string type( scene.wrong );
     type[0] = static_cast<char>( type[0] - 'a' + 'A' );
     return "each part of a type begins with a capital letter: did you mean " + quoted( type ) + "?";
 }
 
-std::string strangeCharacter( const Scene& scene ) {
-    if ( scene.code != "MP001" )
+/// Another sign between two parts of a type.
+std::string joinedType( const ErrorScene& scene ) {
+    const std::string_view inFront = scene.content.substr( 0, scene.content.size() - scene.rest.size() );
+    const bool isBetweenWords = !wordAtEndOf( inFront ).empty() && scene.rest.size() > 1 &&
+                                startsWithCapital( scene.rest.substr( 1 ) );
+    if ( scene.statement != Statement::mountLine || commasIn( scene.before() ) != 1 || !isBetweenWords ||
+         !isOneOf( scene.rest.substr( 0, 1 ), { ":", ".", "/" } ) )
         return {};
-    if ( scene.rest.starts_with( "\xEF\xBB\xBF" ) )
-        return "the file has a byte order mark here: save it without one";
-    for ( const std::string_view quote : { "'", "\xE2\x80\x9C", "\xE2\x80\x9D", "\xE2\x80\x9E" } )
-        if ( scene.rest.starts_with( quote ) )
-            return "texts are quoted with the plain double quote, \"";
-    if ( scene.rest.starts_with( "\xC2\xA0" ) )
-        return "this is a no-break space: put a plain blank in its place";
-    return "a path with such characters stands in double quotes";
+    return "the parts of a type are joined with '::'";
 }
 
-std::string brokenContinuation( const Scene& scene ) {
-    if ( scene.code != "MP005" )
+/// Where a pattern ended, though its writer did not mean it to.
+std::string endOfPattern( const ErrorScene& scene ) {
+    const auto begin = static_cast<std::size_t>( scene.wrong.data() - scene.content.data() );
+    if ( !isOneOf( scene.code, { "MP080", "MP081", "MP082" } ) || isAtLineEnd( scene.rest ) ||
+         sourcePlace( scene.content, begin ).line != scene.place.line )
         return {};
-    if ( scene.wrong.ends_with( "\\\r" ) )
-        return "the line ends in CR LF: a backslash joins lines only with a plain LF behind it";
-    return "nothing may stand behind the backslash, not even a blank or a comment";
+    if ( scene.rest.starts_with( '/' ) )
+        return "a pattern has no slashes: include files lie beside the agent file";
+    if ( scene.rest.starts_with( ',' ) )
+        return "each pattern has an 'include' of its own";
+    return "a pattern is made of words, whole numbers, '-', '.' and '*', which can stand for all else";
 }
 
-std::string shortMountLine( const Scene& scene ) {
-    const bool lacksPart = std::ranges::count( scene.place.text, ',' ) < 2;
-    if ( !isOneOf( scene.code, { "MP010", "MP011", "MP012" } ) || !lacksPart ||
-         !scene.handler.errorDesc().description().str().ends_with( "COMMA" ) )
-        return {};
-    return "a mount line has three parts: PATH, TYPE, FLAGS";
-}
-
-std::string slashInPattern( const Scene& scene ) {
-    if ( !isOneOf( scene.code, { "MP080", "MP082" } ) || !scene.rest.starts_with( '/' ) )
-        return {};
-    return "a pattern has no slashes: include files lie beside the agent file";
-}
+struct Row {
+    std::string_view code;
+    std::string_view hint;
+};
 
 /// What holds whatever the source looks like.
-std::string hintOfCode( const Scene& scene ) {
-    struct Row {
-        std::string_view code;
-        std::string_view hint;
-    };
-    static constexpr std::array<Row, 11> rows{ {
-        { "MP003",
-          "digits with a dot behind them are taken for a decimal number: let a letter or '*' stand between" },
+std::string hintOfCode( const ErrorScene& scene ) {
+    static constexpr std::array<Row, 8> rows{ {
         { "MP004", "a quoted text ends on its line: a double quote is missing" },
-        { "MP070", "what is compared stands on the left, the path on the right: true == /path.attribute" },
         { "MP071", "a hyphen in front of a literal is a minus sign, so a number has to follow" },
-        { "MP072", "what is compared stands on the left, the path on the right: 5 == /path.attribute" },
         { "MP073", "a path in a condition begins with a slash" },
         { "MP074", "an attribute begins with a lower-case letter" },
         { "MP076", "join both conditions with 'and' on one line" },
@@ -274,15 +237,51 @@ std::string hintOfCode( const Scene& scene ) {
     return found == rows.end() ? std::string() : std::string( found->hint );
 }
 
+std::string formOfMountLine( const ErrorScene& scene ) {
+    if ( scene.code == "MP032" && commasIn( scene.before() ) == 2 )
+        return "flags are one word, such as rw";
+    return commasIn( scene.text ) == 0 ? "" : "write it as: PATH, TYPE, FLAGS, or: PATH, TYPE, FLAGS, FILTER";
+}
+
+/// How a statement is written that does not end where it should, or lacks a part.
+std::string formOfStatement( const ErrorScene& scene ) {
+    if ( !isOneOf( scene.code,
+                   { "MP010", "MP011", "MP012", "MP013", "MP020", "MP021", "MP022", "MP023", "MP031", "MP032",
+                     "MP040", "MP041", "MP051", "MP060", "MP061", "MP070", "MP081" } ) )
+        return {};
+    switch ( scene.statement ) {
+    case Statement::title:
+        return "write it as: agentName: NAME, or: agentName: NAME-%KEY";
+    case Statement::subAgent:
+        return "write it as: subAgent: NAME, or: subAgent: NAME-%KEY";
+    case Statement::alias:
+        return "write it as: alias: %NEW = %KEY";
+    case Statement::rootFlags:
+        return "write it as: rootFlags: FLAGS, which are one word, such as rw";
+    case Statement::toggle:
+        return quoted( keyword( scene.word ) ) + " stands alone on its line";
+    case Statement::condition:
+        return "write it as: " + keyword( scene.word ) + ": true == /path.attribute";
+    case Statement::mountFilter:
+        return "write it as: mountFilter: NAME, and its attributes on the lines below";
+    case Statement::include:
+        return "write it as: include: PATTERN";
+    case Statement::mountGroup:
+        return "write it as: mountGroup: NAME, or: mountGroup: NAME, PRIORITY, which is from 1 to 99";
+    default:
+        return formOfMountLine( scene );
+    }
+}
+
 } // namespace
 
 std::string hintFor( const MountProfileHdlr& handler, std::string_view content ) {
-    const Scene scene( handler, content );
+    const ErrorScene scene( handler, content );
     // The more a mistake explains, the earlier it is looked for.
-    for ( const auto hint :
-          { swallowedLineEnd, operatorInCapitals, operatorInName, misplacedStatement, missingColon,
-            misspeltKeyword, unknownTemplateKey, unknownMountFilter, illegalFlag, mistakenType,
-            strangeCharacter, brokenContinuation, numberInName, shortMountLine, slashInPattern, hintOfCode } )
+    for ( const auto hint : { swallowedLineEnd, brokenLine, conditionHint, tokenHint, misplacedLine,
+                              statementInIncludeFile, missingColon, misspeltKeyword, unknownTemplateKey,
+                              unknownMountFilter, illegalFlag, filterAttribute, shortMountLine, mistakenType,
+                              joinedType, endOfPattern, hintOfCode, formOfStatement } )
         if ( std::string text = hint( scene ); !text.empty() )
             return text;
     return {};
@@ -290,12 +289,13 @@ std::string hintFor( const MountProfileHdlr& handler, std::string_view content )
 
 std::string hintForNoAgentFile( std::string_view content ) {
     while ( !content.empty() ) {
-        const std::string_view line = withoutLeadingBlanks( content.substr( 0, content.find( '\n' ) ) );
+        const std::string_view line = withoutBlanks( content.substr( 0, content.find( '\n' ) ) );
         const std::string_view word = wordAt( line );
+        const std::string_view afterWord = withoutBlanks( line.substr( word.size() ) );
+        if ( keyword( word ) == "agentName" && !afterWord.empty() && afterWord.front() != '/' )
+            return "a colon is missing: agentName: ...";
         if ( !line.empty() && line.front() != '#' )
-            return withoutLeadingBlanks( line.substr( word.size() ) ).starts_with( ':' )
-                       ? didYouMean( word, { "agentName" } )
-                       : std::string();
+            return afterWord.starts_with( ':' ) ? didYouMean( word, { "agentName" } ) : std::string();
         content.remove_prefix( std::min( content.find( '\n' ), content.size() - 1 ) + 1 );
     }
     return {};

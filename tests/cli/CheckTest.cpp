@@ -21,9 +21,10 @@ class CheckTest : public CommandTest {
     }
 };
 
-const std::string invalidLines = ":2:1: error: Unrecongnized character , near '{'\n    2 | {\n      | ^\n"
-                                 "      = hint: a path with such characters stands in double quotes\n"
-                                 "      = MP001: 'mountprofile explain MP001' tells more\n";
+const std::string invalidLines =
+    ":2:1: error: Unrecongnized character , near '{'\n    2 | {\n      | ^\n"
+    "      = hint: this character means nothing outside of comments and quoted texts\n"
+    "      = MP001: 'mountprofile explain MP001' tells more\n";
 
 TEST_F( CheckTest, theHighestExitStatusOfAllFilesCounts ) {
     const std::string invalid = "invalid" + invalidLines;

@@ -331,7 +331,6 @@ TEST_F( SourceFileTest, whatHasChangedSinceItWasReadGetsNoHintOfWhatItWas ) {
     } rows[] = {
         { "/a, K, x\n", "agentName: Fan\n/a, K, r\n" },
         { "/a, k, r\n", "agentName: Fan\n" },
-        { "/a, k, r\n", "agentName: Fan\n/a, {, r\n" },
     };
     for ( const auto& [line, now] : rows ) {
         write( "agent", "agentName: Fan\n" + line );
