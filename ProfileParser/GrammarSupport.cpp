@@ -70,9 +70,16 @@ pANTLR3_COMMON_TOKEN firstOf( pANTLR3_TOKEN_STREAM tokens, ANTLR3_INT32 k, std::
 
 } // namespace
 
-std::string_view lastText( mountProfileParser_Ctx_struct* ctx, std::string_view text ) {
+std::string_view lastText( mountProfileParser_Ctx_struct* ctx, std::string_view text,
+                           std::string_view behind ) {
     const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
     ANTLR3_INT32 k = 1;
+    for ( ; !behind.empty(); ++k ) {
+        const auto token = earlierToken( tokens, k );
+        if ( !token || !behind.ends_with( tokenText( token ) ) )
+            return {};
+        behind.remove_suffix( tokenText( token ).size() );
+    }
     for ( auto last = earlierToken( tokens, k ); last; last = earlierToken( tokens, ++k ) )
         if ( const auto first = firstOf( tokens, k, text ) ) {
             const char* begin = tokenText( first ).data();
@@ -80,6 +87,11 @@ std::string_view lastText( mountProfileParser_Ctx_struct* ctx, std::string_view 
             return { begin, static_cast<std::size_t>( end.data() + end.size() - begin ) };
         }
     return {};
+}
+
+std::string_view lastTokenText( mountProfileParser_Ctx_struct* ctx ) {
+    const pANTLR3_TOKEN_STREAM tokens = ctx->pParser->tstream;
+    return tokenText( tokens->_LT( tokens, -1 ) );
 }
 
 std::uint32_t lastTokenLine( mountProfileParser_Ctx_struct* ctx ) {

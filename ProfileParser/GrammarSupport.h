@@ -52,7 +52,12 @@ void appendUnquoted( pANTLR3_COMMON_TOKEN string, std::string& text );
 
 /// Where a text stands in the statement that is being read: the last run of matched tokens whose joined texts
 /// are that text, from the first byte to the last. Empty when there is none.
-[[nodiscard]] std::string_view lastText( mountProfileParser_Ctx_struct* ctx, std::string_view text );
+/// @param behind the joined texts of the tokens that are not looked at because they stand behind it.
+[[nodiscard]] std::string_view lastText( mountProfileParser_Ctx_struct* ctx, std::string_view text,
+                                         std::string_view behind = {} );
+
+/// The text of the token that was matched last.
+[[nodiscard]] std::string_view lastTokenText( mountProfileParser_Ctx_struct* ctx );
 
 /// The line of the token that was matched last, from 1.
 [[nodiscard]] std::uint32_t lastTokenLine( mountProfileParser_Ctx_struct* ctx );

@@ -109,10 +109,19 @@ void MountProfileHdlr::finishLexing() {
         Corvid::finishLexing( parser );
 }
 
+void pointExceptionAt( AntlrParserCtx& parserCtx, std::string_view text, std::string_view behind ) {
+    if ( mountProfileParser_Ctx_struct* parser = parserCtx.running() )
+        parserCtx.hdlrExceptionText = lastText( parser, text, behind );
+}
+
+void pointExceptionAtLastToken( AntlrParserCtx& parserCtx ) {
+    if ( mountProfileParser_Ctx_struct* parser = parserCtx.running() )
+        parserCtx.hdlrExceptionText = lastTokenText( parser );
+}
+
 void MountProfileHdlr::constructHdlrException( const std::string& msg, std::string_view about ) {
     constructHdlrException( msg );
-    if ( mountProfileParser_Ctx_struct* parser = parserCtx_.running() )
-        parserCtx_.hdlrExceptionText = lastText( parser, about );
+    pointExceptionAt( parserCtx_, about, {} );
 }
 
 void MountProfileHdlr::constructHdlrException( const std::string& msg ) {

@@ -127,8 +127,8 @@ void MountProfileHdlr::addMountGroup( const std::string& name ) {
 
 void MountProfileHdlr::addMountGroup( const std::string& name, unsigned priority ) {
     if ( priority < 1 || priority > highestPriority ) {
-        constructHdlrException( "mount group priority should be in the range [1,99]",
-                                std::to_string( priority ) );
+        constructHdlrException( "mount group priority should be in the range [1,99]" );
+        pointExceptionAtLastToken( parserCtx_ );
         return;
     }
     HDLR_ASSERT( agentProfile_, R"(agentProfile && "agentProfile is not set yet.")" );

@@ -8,18 +8,29 @@
 
 namespace Corvid {
 
+namespace {
+
+/// What stands behind the flags of a mount line.
+std::string behindFlags( const std::string& mountFilter ) {
+    return mountFilter.empty() ? "" : "," + mountFilter;
+}
+
+} // namespace
+
 void MountProfileHdlr::addMount( const std::string& path, const std::string& type, const std::string& flags,
                                  const std::string& mountFilter ) {
     const std::string_view normalised = normalisedPath( path );
-    if ( !validateFlags( flags ) )
+    if ( !validateFlags( flags ) ) {
+        pointExceptionAt( parserCtx_, flags, behindFlags( mountFilter ) );
         return;
+    }
     HDLR_ASSERT( currMg_ && currMg_->parent(), R"(currMg && currMg->parent() && "currMg is NULL.")" );
     const MountsByPath::Place place = currMg_->mountPlace( normalised );
     const Mount* const existing = place.mount();
     if ( existing && existing->type() != type ) {
         constructHdlrException( "Path " + std::string( normalised ) + " is already present with type: " +
-                                    existing->type().str() + ". Mismatched type: " + type,
-                                type );
+                                existing->type().str() + ". Mismatched type: " + type );
+        pointExceptionAt( parserCtx_, type, "," + flags + behindFlags( mountFilter ) );
         return;
     }
     // A fresh value: a line without a filter takes away the one that an earlier line gave this path.

@@ -40,6 +40,10 @@ TEST( LastText, IsNoTextThatIsLongerThanTheStatement ) {
         tokens->consume( tokens );
         EXPECT_EQ( Corvid::lastText( scene.parser(), "ab" ), "a b" );
         EXPECT_EQ( Corvid::lastText( scene.parser(), "xab" ), "" );
+        EXPECT_EQ( Corvid::lastText( scene.parser(), "a", "b" ), "a" );
+        EXPECT_EQ( Corvid::lastText( scene.parser(), "b", "b" ), "" );
+        EXPECT_EQ( Corvid::lastText( scene.parser(), "a", "x" ), "" );
+        EXPECT_EQ( Corvid::lastText( scene.parser(), "", "xab" ), "" );
     }
 }
 
