@@ -29,7 +29,8 @@ std::size_t behindKey( std::string_view path, std::size_t at ) {
 }
 
 std::size_t typosAllowed( std::string_view path ) {
-    return std::clamp<std::size_t>( path.size() / 5, 2, 6 );
+    // A third of the letters at most, so that short paths are not taken for each other.
+    return std::min( path.size() / 3, std::clamp<std::size_t>( path.size() / 5, 2, 6 ) );
 }
 
 /// How unlikely it is that one path was meant by another one: 0 is the likeliest.

@@ -12,6 +12,22 @@
 
 namespace Corvid::Cli {
 
+namespace {
+
+/// What a path of a file's text stands for: quotes go, and so do blanks outside of them.
+std::string withoutQuotes( std::string_view text ) {
+    std::string path;
+    bool inString = false;
+    for ( const char c : text ) {
+        inString = inString != ( c == '"' );
+        if ( c != '"' && ( inString || ( c != ' ' && c != '\t' ) ) )
+            path += c;
+    }
+    return path;
+}
+
+} // namespace
+
 WhyCommand::WhyCommand( CLI::App& program )
     : Command( *program.add_subcommand( "why", "Tell which lines made a mount what it is" ) ) {
     addOptions( *program.get_subcommand( "why" ) );
@@ -30,12 +46,12 @@ void WhyCommand::addOptions( CLI::App& app ) {
                 "  mountprofile why profiles/Fan /hardware/fan/%chassis/%slot" );
 }
 
-bool WhyCommand::tellMounts( Console& console, const PassiveAgentProfile& profile,
-                             const OriginRecord& record ) const {
+bool WhyCommand::tellMounts( Console& console, const PassiveAgentProfile& profile, const OriginRecord& record,
+                             std::string_view path ) {
     MountHistory history( console.out, record );
     bool isFirst = true;
     for ( const auto& [name, group] : profile.mountGroup() ) {
-        const Mount* mount = group->mountProfile( normalisedPath( path_ ) );
+        const Mount* mount = group->mountProfile( normalisedPath( path ) );
         if ( !mount )
             continue;
         if ( !isFirst )
@@ -47,19 +63,24 @@ bool WhyCommand::tellMounts( Console& console, const PassiveAgentProfile& profil
 }
 
 void WhyCommand::tellThatItIsNotMounted( Console& console, const PassiveAgentProfile& profile ) const {
-    const std::string_view path = normalisedPath( path_ );
+    const bool isQuoted = path_.find( '"' ) != std::string::npos;
+    const std::string given = isQuoted ? withoutQuotes( path_ ) : path_;
+    const std::string_view path = normalisedPath( given );
     console.complain( file_ + ": nothing is mounted at " + std::string( path ) +
                           ( profile.validProfile() ? "" : " by what stands before the error" ),
                       notMountedCode );
     for ( const std::string& like : pathsLike( profile, path ) )
-        console.err.append( "  did you mean " + printable( like ) + "?\n" );
+        console.err.append( "  did you mean '" + printable( like ) + "'?\n" );
 }
 
 ExitStatus WhyCommand::run( Console& console ) {
     OriginRecord record;
     const AgentRun run = runAgentFile( stageOptions_.setUp(), file_, &record );
     const bool isRead = run.outcome != Outcome::unreadable && run.handler->agentProfile();
-    const bool isMounted = isRead && tellMounts( console, *run.handler->agentProfile(), record );
+    const auto tell = [&]( std::string_view path ) {
+        return tellMounts( console, *run.handler->agentProfile(), record, path );
+    };
+    const bool isMounted = isRead && ( tell( path_ ) || tell( withoutQuotes( path_ ) ) );
     console.out.flush();
     console.err.append( diagnosticsOf( run, mayBeColoured( console.err ) ) );
     if ( !isRead || isMounted )

@@ -6,6 +6,7 @@
 #include "Cli/StageOptions.h"
 
 #include <string>
+#include <string_view>
 
 namespace Corvid::Cli {
 
@@ -18,7 +19,8 @@ class WhyCommand final : public Command {
   private:
     void addOptions( CLI::App& app );
     /// @return whether the path is mounted.
-    bool tellMounts( Console& console, const PassiveAgentProfile& profile, const OriginRecord& record ) const;
+    static bool tellMounts( Console& console, const PassiveAgentProfile& profile, const OriginRecord& record,
+                            std::string_view path );
     void tellThatItIsNotMounted( Console& console, const PassiveAgentProfile& profile ) const;
 
     StageOptions stageOptions_;

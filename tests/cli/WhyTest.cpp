@@ -48,6 +48,21 @@ TEST_F( WhyTest, theLineOfAMountIsShownWithItsText ) {
         EXPECT_THAT( why( path ), Answers( 0, history, "" ) ) << path;
 }
 
+TEST_F( WhyTest, aPathMayBeWrittenAsInTheFile ) {
+    write( "agent", "agentName: Fan\n\"/sp ace\" \"/x\", Fan::A, r\n/left fan, Fan::B, r\n" );
+    for ( const char* path : { "sp ace/x", "\"/sp ace/x\"", "\"/sp ace\" \"/x\"" } )
+        EXPECT_THAT( why( path ), Answers( 0, StartsWith( "sp ace/x in mount group all" ), "" ) ) << path;
+    for ( const char* path : { "leftfan", "/left fan", " /left\tfan " } )
+        EXPECT_THAT( why( path ), Answers( 0, StartsWith( "leftfan in mount group all" ), "" ) ) << path;
+    EXPECT_EQ( complaintAbout( "\"/sp ace/y\"" ), "sp ace/y\n  did you mean 'sp ace/x'?\n" );
+}
+
+TEST_F( WhyTest, shortPathsAreNotTakenForEachOther ) {
+    write( "agent", "agentName: Fan\n/t, Fan::T, r\n\"/\", Fan::T, r\n/abc, Fan::T, r\n" );
+    EXPECT_EQ( complaintAbout( "a" ), "a\n" );
+    EXPECT_EQ( complaintAbout( "abd" ), "abd\n  did you mean 'abc'?\n" );
+}
+
 TEST_F( WhyTest, everyLineOfAMountTellsWhatItChanges ) {
     write( "agent", "agentName: Fan\nmountFilter: f\nmountFilter: g\n/a, Fan::A, ri\n/a, Fan::A, wc, f\n"
                     "/a, Fan::A, r, f\n/a, Fan::A, w, g\n/a, Fan::A, B\n/b, Fan::B, r\n" );
@@ -168,11 +183,11 @@ TEST_F( WhyTest, aPathThatIsNotMountedIsComparedWithThoseThatAre ) {
     write( "agent",
            "agentName: Fan-%slot\n/hardware/fan-%slot/speed, Fan::Speed, r\n/hardware/led, Fan::Led, r\n"
            "mountGroup: g\n/hardware/led, Fan::Led, r\n" );
-    EXPECT_EQ( complaintAbout( "/hardware/lad/" ), "hardware/lad\n  did you mean hardware/led?\n" );
+    EXPECT_EQ( complaintAbout( "/hardware/lad/" ), "hardware/lad\n  did you mean 'hardware/led'?\n" );
     EXPECT_EQ( complaintAbout( "hardware/fan-3/speed" ),
-               "hardware/fan-3/speed\n  did you mean hardware/fan-%slot/speed?\n" );
-    EXPECT_EQ( complaintAbout( "hardware" ), "hardware\n  did you mean hardware/led?\n"
-                                             "  did you mean hardware/fan-%slot/speed?\n" );
+               "hardware/fan-3/speed\n  did you mean 'hardware/fan-%slot/speed'?\n" );
+    EXPECT_EQ( complaintAbout( "hardware" ), "hardware\n  did you mean 'hardware/led'?\n"
+                                             "  did you mean 'hardware/fan-%slot/speed'?\n" );
     EXPECT_EQ( complaintAbout( "elsewhere" ), "elsewhere\n" );
     const std::string longer = "hardware/led/" + std::string( 500, 'x' );
     EXPECT_EQ( complaintAbout( longer ), longer + "\n" );
@@ -181,13 +196,13 @@ TEST_F( WhyTest, aPathThatIsNotMountedIsComparedWithThoseThatAre ) {
 
 TEST_F( WhyTest, aKeyIsMadeOfLettersDigitsAndUnderscores ) {
     write( "agent", "agentName: Fan-%fan_slot\n/fan-%fan_slot/speed, Fan::Speed, r\n" );
-    EXPECT_EQ( complaintAbout( "fan-3/speed" ), "fan-3/speed\n  did you mean fan-%fan_slot/speed?\n" );
+    EXPECT_EQ( complaintAbout( "fan-3/speed" ), "fan-3/speed\n  did you mean 'fan-%fan_slot/speed'?\n" );
 }
 
 TEST_F( WhyTest, atMostThreePathsAreOffered ) {
     write( "agent", "agentName: Fan\n/aaa1, A, r\n/aaa2, A, r\n/aaa3, A, r\n/aaa4, A, r\n" );
     EXPECT_EQ( complaintAbout( "aaa5" ),
-               "aaa5\n  did you mean aaa1?\n  did you mean aaa2?\n  did you mean aaa3?\n" );
+               "aaa5\n  did you mean 'aaa1'?\n  did you mean 'aaa2'?\n  did you mean 'aaa3'?\n" );
 }
 
 TEST_F( WhyTest, anInvalidFileTellsItsErrorAndWhatStandsBeforeIt ) {
@@ -199,8 +214,8 @@ TEST_F( WhyTest, anInvalidFileTellsItsErrorAndWhatStandsBeforeIt ) {
     EXPECT_THAT( behind, Answers( 1, "", StartsWith( error ) ) );
     EXPECT_THAT(
         behind.err,
-        EndsWith( "mountprofile: agent: nothing is mounted at c by what stands before the error [MP093]\n"
-                  "  did you mean a?\n" ) );
+        EndsWith(
+            "mountprofile: agent: nothing is mounted at c by what stands before the error [MP093]\n" ) );
 }
 
 TEST_F( WhyTest, aFileWithoutAProfileTellsWhyThereIsNone ) {
