@@ -70,10 +70,17 @@ class MarkedLine {
     std::size_t columns_ = 0;
 };
 
+/// The place to show: where that ends which is wrong, when all of it stands on lines before the place.
+SourcePlace shownPlace( std::string_view content, const Marks& marks ) {
+    const SourcePlace place = sourcePlace( content, marks.place );
+    const auto lineStart = static_cast<std::size_t>( place.text.data() - content.data() );
+    return marks.begin < marks.end && marks.end <= lineStart ? sourcePlace( content, marks.end ) : place;
+}
+
 } // namespace
 
 std::string sourceExcerpt( std::string_view content, const Marks& marks, bool coloured ) {
-    const SourcePlace place = sourcePlace( content, marks.place );
+    const SourcePlace place = shownPlace( content, marks );
     const SourcePlace part = cutAround( place );
     // Offsets within the part that is shown; what lies before it begins with it.
     const auto start = static_cast<std::size_t>( part.text.data() - content.data() );

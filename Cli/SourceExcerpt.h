@@ -8,7 +8,8 @@ namespace Corvid::Cli {
 
 /// What to mark in a text, as offsets.
 struct Marks {
-    std::size_t place; ///< gets a caret
+    std::size_t
+        place; ///< gets a caret; the end of what is underlined does when the line of the place has none of it
     std::size_t
         begin; ///< what stands from here to the end is underlined, as far as it is on the place's line
     std::size_t end;

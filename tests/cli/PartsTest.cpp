@@ -209,7 +209,9 @@ TEST( SourceExcerptTest, thePlaceGetsACaretAndWhatIsWrongALine ) {
         { { 4, 4, 6 }, "    2 | /a, K, read # c\n      | ^~\n" },
         { { 15, 11, 15 }, "    2 | /a, K, read # c\n      |        ~~~~^\n" },
         { { 13, 11, 15 }, "    2 | /a, K, read # c\n      |        ~~^~\n" },
-        { { 20, 11, 15 }, "    3 |         three\n      | ^\n" }, // what is wrong stands on the line before
+        { { 20, 11, 15 },
+          "    2 | /a, K, read # c\n      |        ~~~~^\n" }, // the place is on the line below
+        { { 20, 15, 15 }, "    3 |         three\n      | ^\n" },
         { { 21, 20, 23 }, "    3 |         three\n      | ~~~~~~~~^~\n" },
         { { 26, 26, 26 }, "    3 |         three\n      |              ^\n" },
         { { 27, 27, 27 }, "    3 |         three\n      |              ^\n" },
