@@ -41,11 +41,10 @@ std::string parentheses( const ErrorScene& scene ) {
 }
 
 std::string operatorOfOtherLanguage( const ErrorScene& scene ) {
-    constexpr std::string_view signs = "=<>!";
     if ( scene.isExpected( "OP" ) && scene.rest.starts_with( '(' ) )
         return "what is compared stands on the left, the path on the right: 1 == len( /path.attribute )";
-    const bool isSecond = scene.code == "MP072" && !scene.rest.empty() &&
-                          signs.find( scene.rest.front() ) != std::string_view::npos;
+    const bool isSecond =
+        scene.code == "MP072" && isOneOf( scene.rest.substr( 0, 1 ), { "=", "<", ">", "!" } );
     const bool isNumber = !scene.wrong.empty() && scene.wrong.front() >= '0' && scene.wrong.front() <= '9';
     return isSecond || ( scene.isExpected( "OP" ) && !isNumber ) ? operators : std::string();
 }

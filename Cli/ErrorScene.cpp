@@ -104,10 +104,8 @@ std::string_view wordAt( std::string_view text ) {
 }
 
 std::string_view wordAtEndOf( std::string_view text ) {
-    std::size_t size = 0;
-    while ( size < text.size() && isWordCharacter( text[text.size() - size - 1] ) )
-        ++size;
-    return text.substr( text.size() - size );
+    const auto begin = std::find_if_not( text.rbegin(), text.rend(), isWordCharacter );
+    return text.substr( static_cast<std::size_t>( text.rend() - begin ) );
 }
 
 bool isAtLineEnd( std::string_view text ) {

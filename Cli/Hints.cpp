@@ -13,11 +13,13 @@ namespace {
 constexpr char oneTitle[] = "a file has one title line, its first";
 
 bool startsWithCapital( std::string_view text ) {
-    return !text.empty() && text.front() >= 'A' && text.front() <= 'Z';
+    const std::string_view first = text.substr( 0, 1 );
+    return first >= "A" && first <= "Z";
 }
 
 bool startsWithSmallLetter( std::string_view text ) {
-    return !text.empty() && text.front() >= 'a' && text.front() <= 'z';
+    const std::string_view first = text.substr( 0, 1 );
+    return first >= "a" && first <= "z";
 }
 
 /// The trap of the language: a comment takes the end of its line along.
@@ -105,8 +107,7 @@ std::string misspeltKeyword( const ErrorScene& scene ) {
 /// A line that was to go on in the next one.
 std::string brokenLine( const ErrorScene& scene ) {
     const std::string_view before = withoutBlanks( scene.before() );
-    if ( isOneOf( scene.code, { "MP013", "MP030" } ) && scene.wrong == "and" &&
-         scene.previous == Statement::condition && withoutBlanks( before ).empty() )
+    if ( scene.code == "MP030" && scene.wrong == "and" && scene.previous == Statement::condition )
         return "a condition goes on in the next line only behind a backslash, as the last character of its "
                "line";
     if ( !isOneOf( scene.code, { "MP023", "MP041" } ) || !before.ends_with( ',' ) ||

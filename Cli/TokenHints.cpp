@@ -115,6 +115,8 @@ std::string unquotedPath( const ErrorScene& scene ) {
         return "a key with such characters stands in double quotes";
     if ( !isStrange || !scene.isInMountPath() || scene.rest.starts_with( ',' ) )
         return {};
+    if ( scene.text.find( '"' ) != std::string::npos )
+        return "a path is quoted as a whole, or not at all";
     if ( scene.rest.starts_with( '/' ) )
         return "between the units of a path stands one slash";
     return "a path with such characters stands in double quotes";

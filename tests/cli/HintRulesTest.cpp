@@ -57,6 +57,7 @@ const HintRow aboutComments[] = {
     { "/a, A::B, \\\n r # x\n/b, A::B, r\n", takesLineEnd( 3, 4 ) },
     { "subAgent: a # x\nb: /c\n", takesLineEnd( 2, 3 ) },
     { "mountGroup: g # x\nb c: 5\n", groupForm },
+    { "mountFilter: f\n a\n/a, A::B, r # x\n, f /\n", mountForm },
 };
 
 const HintRow aboutParts[] = {
@@ -66,6 +67,7 @@ const HintRow aboutParts[] = {
     { "condition, A::B\n", threeParts },
     { "/a, 12, r\n", mountForm },
     { "/a, A, r,\n", mountForm },
+    { "/a, A, r\nand b\n", "" },
     { "/a: A, r\n", mountForm },
     { "alias::a, A\n", threeParts },
     { "/, A, r\n", mountForm },
@@ -127,7 +129,10 @@ const HintRow aboutCharacters[] = {
     { "mountGroup: g\ncondition: 1 ! /a.b\n", "'!' is a sign only with '=' behind it: !=" },
     { "/a # x\r/b\n", "" },
     { "/a//b, A, r\n", "between the units of a path stands one slash" },
+    { "//a, A, r\n", "between the units of a path stands one slash" },
     { "/a/*, A, r\n", suchPath },
+    { "/a \"b\", A, r\n", "a path is quoted as a whole, or not at all" },
+    { "\"/a\" /b, A, r\n", "a path is quoted as a whole, or not at all" },
     { "/a/0xg, A, r\n", std::string( hexadecimal ) + inQuotes },
     { "/a/2.x, A, r\n", std::string( decimal ) + inQuotes },
     { "mountFilter: f\n sev, 1.x\n", std::string( decimal ) + keyInQuotes },
@@ -150,6 +155,7 @@ const HintRow aboutCharacters[] = {
 
 const HintRow aboutStatements[] = {
     { "alias %peer = %sysname\n", "a colon is missing: alias: ..." },
+    { "alias %peer = %sysname, %cellId, %cellPath\n", "a colon is missing: alias: ..." },
     { "alias =\n", "a colon is missing: alias: ..." },
     { "include *\n", "a colon is missing: include: ..." },
     { "include\n", "a colon is missing: include: ..." },
@@ -196,6 +202,7 @@ const HintRow aboutConditions[] = {
       "what is compared stands on the left, the path on the right: 1 == len( /path.attribute )" },
     { "x == \"up\"", right },
     { "x ==", right },
+    { "x == != /a.b", operators },
     { "x == /a.b.c", "a path in a condition has one dot, in front of its attribute" },
     { "x == /a.b notin /c.d", "comparisons are joined with 'and'" },
     { "x == /a", "behind the path stand a dot and an attribute: /path.attribute" },
