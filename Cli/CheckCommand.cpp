@@ -8,6 +8,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 namespace Corvid::Cli {
 
@@ -21,13 +23,39 @@ struct CheckedFile {
     std::vector<std::string> filesRead; ///< if they were asked for
 };
 
+/// The beginning of a file that is too large to be read as a whole; nothing for any other.
+std::optional<std::string> beginningOfLargeFile( const std::string& path ) {
+    std::error_code error;
+    const auto size = std::filesystem::file_size( path, error );
+    if ( error || size <= MountProfileHdlr::defaultMaxFileSize )
+        return std::nullopt;
+    std::string text( std::size_t{ 1 } << 20, '\0' );
+    std::ifstream stream( path, std::ios::binary );
+    // GCOVR_EXCL_BR_START: to root, whom tests may run as, every file is open
+    if ( !stream.read( text.data(), std::ssize( text ) ) )
+        return std::nullopt; // GCOVR_EXCL_LINE
+    // GCOVR_EXCL_BR_STOP
+    return text;
+}
+
+bool hasNoTitle( const AgentRun& run ) {
+    return run.outcome != Outcome::unreadable && run.handler->maybeIncludeFile();
+}
+
+/// Whether a run is that of a file that begins unlike an agent file, as far as a large one is looked at.
+bool isOfOtherFile( const AgentRun& run, const Stage& stage ) {
+    if ( run.outcome != Outcome::unreadable )
+        return hasNoTitle( run );
+    const auto beginning = beginningOfLargeFile( run.agentFile );
+    return beginning && hasNoTitle( runAgentFile( stage, run.agentFile, nullptr, beginning ) );
+}
+
 CheckedFile check( const ListedFile& file, const Stage& stage, const CheckReport& report, bool noteFiles ) {
     FilesRead filesRead;
     const AgentRun run = runListedFile( stage, file, noteFiles ? &filesRead : nullptr );
     // Directories hold more than agent files. What is wrong in an include file shows in the files that
     // include it.
-    if ( file.fromDirectory && run.handler && run.outcome != Outcome::unreadable &&
-         run.handler->maybeIncludeFile() )
+    if ( file.fromDirectory && isOfOtherFile( run, stage ) )
         return { run.outcome, true, {}, filesRead.take() };
     return { run.outcome, false, report.describe( run ), filesRead.take() };
 }

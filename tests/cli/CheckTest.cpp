@@ -103,6 +103,26 @@ TEST_F( CheckTest, anUnreadableFileInADirectoryIsTold ) {
                           "mountprofile: d/big: Larger than 16777216 bytes [MP090]\n" ) );
 }
 
+TEST_F( CheckTest, aLargeFileInADirectoryIsPassedOverUnlessItHasATitle ) {
+    const auto enlarged = [this]( const std::string& name, const std::string& text ) {
+        write( name, text );
+        std::filesystem::resize_file( directory() / name, ( 16 << 20 ) + 1 );
+    };
+    enlarged( "d/blob", "" );
+    enlarged( "d/mounts", "\n/a, K, r\n" );
+    EXPECT_THAT( run( { "check", "d", "valid" } ),
+                 Answers( 0, "1 file checked: 1 valid; 2 other files passed over\n", "" ) );
+    EXPECT_THAT( run( { "check", "d/blob" } ), Answers( 2, "1 file checked: 0 valid, 1 unreadable\n", _ ) )
+        << "it is named";
+    enlarged( "d/agent", "# of ours\n\n agentname : Fan\n" );
+    write( "d/large", "agentName: Fan\ninclude: blob\n" );
+    EXPECT_THAT( run( { "check", "d" } ),
+                 Answers( 2, "2 files checked: 0 valid, 2 unreadable; 2 other files passed over\n",
+                          "mountprofile: d/agent: Larger than 16777216 bytes [MP090]\n"
+                          "mountprofile: d/large: d/blob, included in line 2: Larger than 16777216 bytes "
+                          "[MP090]\n" ) );
+}
+
 TEST_F( CheckTest, aDirectoryThatCannotBeListedIsTold ) {
     // Nothing is closed to root, but a path can be too long for everybody.
     const std::string longName( 250, 'n' );
