@@ -1,21 +1,33 @@
 #include "Cli/ErrorsPage.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Corvid::Cli {
 
 namespace {
 
-constexpr std::string_view sectionMark = "\n### MP";
+constexpr std::string_view sectionMark = "\n### ";
+constexpr std::string_view rowMark = "\n| ";
 constexpr std::size_t codeLength = 5;
 
 std::string_view lineAt( std::string_view text, std::size_t start ) {
     return text.substr( start, text.find( '\n', start ) - start );
 }
 
+/// The codes that stand behind a mark.
+std::vector<std::string> codesBehind( std::string_view mark ) {
+    const std::string beginning = std::string( mark ) + "MP";
+    std::vector<std::string> codes;
+    for ( auto at = errorsPageText.find( beginning ); at != std::string_view::npos;
+          at = errorsPageText.find( beginning, at + 1 ) )
+        codes.emplace_back( errorsPageText.substr( at + mark.size(), codeLength ) );
+    return codes;
+}
+
 /// The heading's line of a code's section without its marks, and what stands between it and the next heading.
 std::optional<ErrorExplanation> sectionOf( std::string_view code ) {
-    const std::string mark = "\n### " + std::string( code ) + " ";
+    const std::string mark = std::string( sectionMark ) + std::string( code ) + " ";
     const auto at = errorsPageText.find( mark );
     if ( at == std::string_view::npos )
         return std::nullopt;
@@ -30,7 +42,7 @@ std::optional<ErrorExplanation> sectionOf( std::string_view code ) {
 
 /// The row of a code in the table of texts that no file brings out.
 std::optional<ErrorExplanation> tableRowOf( std::string_view code ) {
-    const std::string mark = "\n| " + std::string( code ) + " | `";
+    const std::string mark = std::string( rowMark ) + std::string( code ) + " | `";
     const auto at = errorsPageText.find( mark );
     if ( at == std::string_view::npos )
         return std::nullopt;
@@ -56,10 +68,14 @@ std::string captionOf( std::string_view tag ) {
 } // namespace
 
 std::vector<std::string> explainedCodes() {
-    std::vector<std::string> codes;
-    for ( auto at = errorsPageText.find( sectionMark ); at != std::string_view::npos;
-          at = errorsPageText.find( sectionMark, at + 1 ) )
-        codes.emplace_back( errorsPageText.substr( at + sectionMark.size() - 2, codeLength ) );
+    return codesBehind( sectionMark );
+}
+
+std::vector<std::string> knownCodes() {
+    auto codes = codesBehind( sectionMark );
+    std::ranges::copy( codesBehind( rowMark ), std::back_inserter( codes ) );
+    std::ranges::sort( codes );
+    codes.erase( std::ranges::unique( codes ).begin(), codes.end() );
     return codes;
 }
 

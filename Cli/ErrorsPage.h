@@ -19,6 +19,9 @@ struct ErrorExplanation {
 /// The codes that the page has sections for, in its order.
 [[nodiscard]] std::vector<std::string> explainedCodes();
 
+/// All codes that the page tells of, in ascending order: those, and those of texts that no file brings out.
+[[nodiscard]] std::vector<std::string> knownCodes();
+
 /// @return nothing when the page does not know the code.
 [[nodiscard]] std::optional<ErrorExplanation> explanationOf( std::string_view code );
 

@@ -1,6 +1,7 @@
 #include "Cli/ExplainCommand.h"
 
 #include "Cli/ErrorsPage.h"
+#include "Cli/LiteralArguments.h"
 
 #include <CLI/CLI.hpp>
 #include <cctype>
@@ -24,7 +25,9 @@ std::string spelled( const std::string& typed ) {
 ExplainCommand::ExplainCommand( CLI::App& program )
     : Command( *program.add_subcommand( "explain", "Tell what an error means, with examples" ) ) {
     auto& app = *program.get_subcommand( "explain" );
-    app.add_option( "CODE", code_, "The code that 'check' shows with an error" )->required()->type_name( "" );
+    takeLiterally( *app.add_option( "CODE", code_, "The code that 'check' shows with an error" )
+                        ->required()
+                        ->type_name( "" ) );
     app.footer( "Exit status: 0; 2 usage error, or a code that does not exist.\n\n"
                 "Example:\n"
                 "  mountprofile explain MP042" );
@@ -35,7 +38,7 @@ ExitStatus ExplainCommand::run( Console& console ) {
     const auto explanation = explanationOf( code );
     if ( !explanation ) {
         std::string known;
-        for ( const std::string& one : explainedCodes() )
+        for ( const std::string& one : knownCodes() )
             known += ( known.empty() ? "" : " " ) + one;
         throw std::runtime_error( "no error has the code " + code_ + "; there are " + known );
     }

@@ -59,6 +59,8 @@ ExitStatus Program::run( int argc, char** argv, Console& console ) {
     } catch ( const CLI::CallForVersion& version ) {
         console.out.append( std::string( version.what() ) + "\n" );
         return ExitStatus::valid;
+    } catch ( const CLI::ExtrasError& ) {
+        complain( console, withoutMarks( unexpectedArguments() ), arguments );
     } catch ( const std::bad_alloc& ) {
         console.out.discard();
         console.complain( std::strerror( ENOMEM ), systemCode );
@@ -75,6 +77,16 @@ void Program::complain( Console& console, const std::string& text,
     Diagnostic diagnostic = usageError( text );
     diagnostic.hint = printable( hintForCommandLine() );
     ( format ? format : &reportFormats().front() )->newReport( console )->usageError( diagnostic );
+}
+
+std::string
+Program::unexpectedArguments() const { // the library's own text has them from the last to the first
+    const auto unexpected = app_.remaining( true );
+    std::string text = unexpected.size() == 1 ? "The following argument was not expected:"
+                                              : "The following arguments were not expected:";
+    for ( const std::string& argument : unexpected )
+        text += " " + argument;
+    return text;
 }
 
 std::string Program::hintForCommandLine() const {

@@ -23,6 +23,7 @@ class Program {
 
   private:
     ExitStatus runChosen( Console& console );
+    [[nodiscard]] std::string unexpectedArguments() const;
     [[nodiscard]] std::string hintForCommandLine() const;
     void complain( Console& console, const std::string& text, const std::vector<std::string>& arguments );
 

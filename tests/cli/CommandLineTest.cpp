@@ -19,6 +19,8 @@ TEST_F( CommandLineTest, whatIsWrongWithItIsToldInOneLine ) {
     } rows[] = {
         { {}, "no command given; see mountprofile --help" },
         { { "paint" }, "The following argument was not expected: paint" },
+        { { "paint", "a", "b]" }, "The following arguments were not expected: paint a b]" },
+        { { "show", "agent", "--tidy", "x" }, "The following arguments were not expected: --tidy x" },
         { { "show" }, "FILE is required" },
         { { "tokens" }, "FILE is required" },
         { { "check" }, "PATH is required" },

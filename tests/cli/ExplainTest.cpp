@@ -111,6 +111,15 @@ TEST_F( ExplainTest, aCodeMayBeSpelledAsItComes ) {
 }
 
 TEST_F( ExplainTest, aCodeThatDoesNotExistIsAnsweredWithThoseThatDo ) {
+    std::string all;
+    for ( const std::string& code : Cli::knownCodes() ) {
+        EXPECT_THAT( run( { "explain", code } ), Answers( 0, StartsWith( code + "  " ), "" ) );
+        all += " " + code;
+    }
+    for ( const std::string code : { "MP025", "MP085", "MP093 MP094" } )
+        EXPECT_THAT( all, HasSubstr( code ) );
+    EXPECT_THAT( run( { "explain", "a]" } ),
+                 Answers( 2, "", "mountprofile: no error has the code a]; there are" + all + " [MP092]\n" ) );
     for ( const std::string code : { "MP999", "", "M", "MP", "MP0042", "X042", "MX042", "MP000" } )
         EXPECT_THAT( run( { "explain", code } ), Answers( 2, "",
                                                           StartsWith( "mountprofile: no error has the code " +
