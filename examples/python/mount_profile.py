@@ -40,7 +40,13 @@ def parse(agent_file):
         library.corvid_mount_profile_free(result)
 
 
+def text(stored):
+    """A text of the profile for people: each character of a stored one is a byte of the file."""
+    return stored.encode("latin-1").decode("utf-8", "surrogateescape")
+
+
 def main(agent_files):
+    sys.stdout.reconfigure(errors="surrogateescape")
     status = 0
     for agent_file in agent_files:
         try:
@@ -52,7 +58,7 @@ def main(agent_files):
             continue
         for name, group in profile["mountGroup"].items():
             for mount in group["mountProfile"]:
-                print(f'{profile["name"]} {name}: {mount["path"]} as {mount["type"]}, {mount["flags"]}')
+                print(text(f'{profile["name"]} {name}: {mount["path"]} as {mount["type"]}, {mount["flags"]}'))
     return status
 
 

@@ -1,5 +1,6 @@
 // The console blocks of the documents: every command in them is run, and has to print what is shown.
 #include "docs/MarkdownFile.h"
+#include "support/TempDir.h"
 
 #include <gmock/gmock.h>
 
@@ -116,6 +117,13 @@ TEST( Console, TheExamplesPageShowsWhatItsCommandsPrint ) {
 
 TEST( Console, TheLanguageReferenceShowsWhatItsCommandsPrint ) {
     EXPECT_GE( runAll( "docs/language.md" ), 1U );
+}
+
+TEST( Console, ThePythonExamplePrintsTheBytesOfTheFile ) {
+    const TempDir files;
+    const std::string agent =
+        files.file( "agent", "agentName: Fan\nnoDefaultMountGroup\n\"/a/\xC3\xBC/\xFF\", T::T, r\n" );
+    EXPECT_EQ( outputOf( PYTHON_EXAMPLE " " + agent ), "Fan all: a/\xC3\xBC/\xFF as T::T, r\n" );
 }
 
 TEST( Console, TheExampleProgramsTellHowTheyAreUsedWhenTheyAreGivenNoFile ) {
