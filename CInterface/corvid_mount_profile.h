@@ -134,7 +134,9 @@ CORVID_MOUNT_PROFILE_API const char* corvid_mount_profile_error_text( const corv
 /// The line of the error, the first is 1; 0 without an error, for an error that has no place, and for null.
 CORVID_MOUNT_PROFILE_API uint32_t corvid_mount_profile_error_line( const corvid_mount_profile* profile );
 
-/// The column of the error in bytes, the first is 1; 0 where the line is.
+/// The column of the error in bytes, the first is 1; 0 where the line is. Every file is read as if a line end
+/// of its own stood behind it: an error that is found only there, as in a last line without a line end, has a
+/// place such as 1:2, wherever the file ends, also in the message.
 CORVID_MOUNT_PROFILE_API uint32_t corvid_mount_profile_error_column( const corvid_mount_profile* profile );
 
 /// The kind of the error: the document's `exceptionType`; 0 without an error, and for null.

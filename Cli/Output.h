@@ -32,7 +32,7 @@ class Output final : public TextSink {
 
 /// Whether this output is a terminal that can move its cursor.
 [[nodiscard]] bool isCapableTerminal( const Output& output );
-/// Whether text to this output may be coloured: NO_COLOR, set to anything, speaks against it.
+/// Whether text to this output may be coloured: NO_COLOR speaks against it, unless it is empty.
 [[nodiscard]] bool mayBeColoured( const Output& output );
 
 } // namespace Corvid::Cli

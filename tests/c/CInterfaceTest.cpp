@@ -101,6 +101,13 @@ TEST( CInterface, AnErrorIsToldInItsPartsAndPrintedNowhere ) {
     EXPECT_GT( corvid_mount_profile_error_kind( profile.get() ), 0U );
 }
 
+TEST( CInterface, AnErrorAtTheEndOfAFileHasThePlaceOfTheAppendedLineEnd ) {
+    const TempDir files;
+    const auto profile = parsed( files.file( "agent", "agentName: Fan\n\n/a, T" ) );
+    EXPECT_EQ( corvid_mount_profile_error_line( profile.get() ), 1U );
+    EXPECT_EQ( corvid_mount_profile_error_column( profile.get() ), 2U );
+}
+
 TEST( CInterface, TextsThatHoldNulsAreToldWhole ) {
     const TempDir files;
     const auto profile = parsed( files.file( "agent", std::string_view( "agentName: Fan\n\0\n", 17 ) ) );

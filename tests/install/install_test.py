@@ -97,6 +97,11 @@ class Install(unittest.TestCase):
         run("sh", "-c", 'cd "$1" && ' + line.replace("c++", '"$2"', 1), "-", self.directory.name, COMPILER,
             PKG_CONFIG_PATH=self.pkgconfig, CPATH=self.path("no-antlr"))
         self.assertRegex(run(self.path("host"), AGENT, LD_LIBRARY_PATH=self.libdir), r"(?m)^\S+ all: 2 mounts$")
+        mounts = self.path("mounts")
+        with open(mounts, "w", encoding="ascii") as file:
+            file.write("/a, K, r\n")
+        other = subprocess.run([self.path("host"), mounts], env={**os.environ, "LD_LIBRARY_PATH": self.libdir}, check=False)
+        self.assertEqual(other.returncode, 1, "it is no agent file")
         self.assertEqual(run("pkg-config", "--modversion", "corvid-mount-profile", PKG_CONFIG_PATH=self.pkgconfig).strip(),
                          VERSION)
 

@@ -115,6 +115,14 @@ class Statements(unittest.TestCase):
                          sorted(keyword.replace(" ", "") for keyword in keywords))
 
 
+class Literals(unittest.TestCase):
+    def test_brackets_stay_in_the_quotes(self):
+        for page in ("mountprofile.1", "mountprofile.5", "corvid-mount-profile.3"):
+            for line in text_of("packaging", "man", page).splitlines():
+                self.assertNotRegex(line, r"^\.(Ql|Sq) .* [][()|](?= |$)",
+                                    f"{page}: a bracket of its own is put behind the quotes; write it as `\\&)`")
+
+
 class Functions(unittest.TestCase):
     def test_the_page_on_the_library_names_every_function_of_the_c_interface(self):
         declared = re.findall(r"^CORVID_MOUNT_PROFILE_API [^;(]*?(\w+)\(", text_of("CInterface", "corvid_mount_profile.h"), re.M)
