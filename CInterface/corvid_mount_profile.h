@@ -102,7 +102,8 @@ typedef struct corvid_mount_profile corvid_mount_profile;
 
 // NOLINTEND(modernize-use-using)
 
-/// Parses an agent file and all that it includes, without an entity manager: no mounts of a peer are added.
+/// Parses an agent file and all that it includes, without an entity manager: no mounts of a peer are added,
+/// and a file that asks for the configured paths of a test root cannot be read.
 /// @param agent_file its path.
 /// @param options may be null: as #CORVID_MOUNT_PROFILE_OPTIONS_INIT.
 /// @param profile receives the result, whatever became of the file; null unless the status is

@@ -5,6 +5,8 @@
 #include "Cli/PrintableText.h"
 #include "Cli/SourceExcerpt.h"
 
+#include <algorithm>
+
 namespace Corvid::Cli {
 
 namespace {
@@ -26,6 +28,13 @@ std::optional<Inclusion> inclusionOf( const MountProfileHdlr& handler ) {
                       details.includeMatch, details.includeMatches };
 }
 
+void showPlace( Diagnostic& diagnostic, const std::string& content, const Marks& marks, bool coloured ) {
+    diagnostic.place = textPlace( content, marks.place );
+    diagnostic.begin = textPlace( content, marks.begin );
+    diagnostic.end = textPlace( content, marks.end );
+    diagnostic.excerpt = sourceExcerpt( content, marks, coloured );
+}
+
 /// What the source tells about an error's place. The file may have changed, or gone, since it was parsed.
 void lookAtSource( Diagnostic& diagnostic, const AgentRun& run, bool coloured ) {
     const MountProfileHdlr& handler = *run.handler;
@@ -34,10 +43,7 @@ void lookAtSource( Diagnostic& diagnostic, const AgentRun& run, bool coloured ) 
     const auto content = isGiven ? run.text : readSource( diagnostic.file );
     if ( !content )
         return;
-    diagnostic.place = textPlace( *content, details.place );
-    diagnostic.begin = textPlace( *content, details.begin );
-    diagnostic.end = textPlace( *content, details.end );
-    diagnostic.excerpt = sourceExcerpt( *content, { details.place, details.begin, details.end }, coloured );
+    showPlace( diagnostic, *content, { details.place, details.begin, details.end }, coloured );
     diagnostic.hint = withoutMiddle( hintFor( handler, *content ) );
 }
 
@@ -53,6 +59,40 @@ Diagnostic invalidFile( const AgentRun& run, bool coloured ) {
     if ( handler.errorDetails().hasPlace )
         // GCOVR_EXCL_BR_STOP
         lookAtSource( diagnostic, run, coloured );
+    return diagnostic;
+}
+
+/// Empty when the agent file has gone since it was parsed.
+std::string agentTextOf( const AgentRun& run ) {
+    return ( run.text ? run.text : readSource( run.agentFile ) ).value_or( "" );
+}
+
+/// A line of a text, less the blanks around it; the text's end if it has become shorter since it was parsed.
+Marks marksOfLine( std::string_view content, std::uint32_t number ) {
+    std::size_t begin = 0;
+    for ( std::uint32_t line = 1; line < number; ++line )
+        begin = std::min( content.find( '\n', begin ), content.size() - 1 ) + 1;
+    const std::string_view line = content.substr( begin, content.find( '\n', begin ) - begin );
+    const std::size_t text = begin + std::min( line.find_first_not_of( " \t" ), line.size() );
+    return { text, text, std::max( text, begin + line.find_last_not_of( " \t\r" ) + 1 ) };
+}
+
+/// What of a file that was read cannot be read: an include file, or the configured paths.
+void lookAtInclude( Diagnostic& diagnostic, const AgentRun& run, bool coloured ) {
+    const ErrorDetails& details = run.handler->errorDetails();
+    const std::string content = agentTextOf( run );
+    showPlace( diagnostic, content, marksOfLine( content, details.includeLine ), coloured );
+    if ( details.includeMatches == 0 )
+        diagnostic.hint = "K7_CHROOT is set: give the configured paths with --system and --config-root";
+}
+
+Diagnostic unreadableFile( const AgentRun& run, bool coloured ) {
+    Diagnostic diagnostic;
+    diagnostic.code = unreadableCode;
+    diagnostic.file = run.agentFile;
+    diagnostic.message = printable( run.reason );
+    if ( run.handler && run.handler->errorDetails().includeLine )
+        lookAtInclude( diagnostic, run, coloured );
     return diagnostic;
 }
 
@@ -73,13 +113,10 @@ std::optional<Diagnostic> diagnosticOf( const AgentRun& run, bool coloured ) {
     case Outcome::notAgentFile:
         diagnostic.code = notAgentFileCode;
         diagnostic.message = whyNotAgentFile;
-        diagnostic.hint = hintForNoAgentFile(
-            ( run.text ? run.text : readSource( run.agentFile ) ).value_or( std::string() ) );
+        diagnostic.hint = hintForNoAgentFile( agentTextOf( run ) );
         break;
     case Outcome::unreadable:
-        diagnostic.code = unreadableCode;
-        diagnostic.message = printable( run.reason );
-        break;
+        return unreadableFile( run, coloured );
     }
     return diagnostic;
 }

@@ -34,7 +34,9 @@ HandlerRun::HandlerRun( std::string file, Kiv::Ptr<const EntityManager> entityMa
     : agentFile( std::move( file ) ),
       handler( std::make_unique<MountProfileHdlr>(
           agentFile, Kiv::Ptr<PassiveAgentProfileDir>( new PassiveAgentProfileDir ),
-          std::move( entityManager ), addDefaults ) ) {}
+          std::move( entityManager ), addDefaults ) ) {
+    handler->missingDatabaseThrowsIs( true );
+}
 
 void HandlerRun::run() {
     try {

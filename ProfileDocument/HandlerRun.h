@@ -49,8 +49,8 @@ inline constexpr char whyNotAgentFile[] =
 /// @param maxFileSize what the handler that tried took, in bytes.
 [[nodiscard]] std::string whyUnreadable( const std::string& fileName, const std::string& exception,
                                          std::size_t maxFileSize = MountProfileHdlr::defaultMaxFileSize );
-/// The same for an unreadable run. When what cannot be read is a file that the agent file includes, its name
-/// and the line come first.
+/// The same for an unreadable run. When what cannot be read is a file that the agent file includes, or are
+/// the configured paths that stand in for it, its name and the line come first.
 [[nodiscard]] std::string whyUnreadable( const HandlerRun& run );
 
 } // namespace Corvid

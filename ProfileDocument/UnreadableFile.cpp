@@ -61,11 +61,13 @@ std::string whyUnreadable( const std::string& fileName, const std::string& excep
 std::string whyUnreadable( const HandlerRun& run ) {
     const ErrorDetails& details = run.handler->errorDetails();
     const std::size_t limit = run.handler->maxFileSize();
-    if ( details.includeMatches == 0 )
+    if ( details.includeLine == 0 )
         return whyUnreadable( run.agentFile, run.exception, limit );
+    const std::string line = ", included in line " + std::to_string( details.includeLine ) + ": ";
+    if ( details.includeMatches == 0 )
+        return details.includePattern + line + "The configured paths are not known";
     const std::string name = includedFile( run.agentFile, details );
-    return name + ", included in line " + std::to_string( details.includeLine ) + ": " +
-           whyUnreadable( name, "It cannot be read", limit );
+    return name + line + whyUnreadable( name, "It cannot be read", limit );
 }
 
 } // namespace Corvid

@@ -23,8 +23,9 @@ struct ErrorDetails {
     std::size_t begin = 0; ///< where that begins which is wrong; often before the place
     std::size_t end = 0;   ///< behind its last byte; equal to `begin` at the end of a line or of the file
 
-    /// How an include file in error, or that cannot be read, came to be asked for; else there are no matches.
-    std::uint32_t includeLine = 0;  ///< of the agent file, from 1
+    /// How an include file in error, or that cannot be read, came to be asked for. Without matches, but with
+    /// a line, what cannot be read are the configured paths that stand in for it.
+    std::uint32_t includeLine = 0;  ///< of the agent file, from 1; else 0
     std::string includePattern;     ///< as it is given there
     std::size_t includeMatch = 0;   ///< of the include file among those that match, from 1
     std::size_t includeMatches = 0; ///< how many files match

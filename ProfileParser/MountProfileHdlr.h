@@ -50,8 +50,8 @@ class CORVID_API MountProfileHdlr {
     /// The whole job: parses the agent file and all that it includes, adds the default profiles, and marks
     /// the profile invalid when there was an error. A file without an agent title line leaves `root`
     /// unchanged.
-    /// @throws std::runtime_error when a file cannot be opened; the profile then stays as it was at that
-    /// point.
+    /// @throws std::runtime_error when a file cannot be opened, or see `missingDatabaseThrowsIs`; the profile
+    /// then stays as it was at that point.
     void run();
 
     /// The largest file that is opened, in bytes; `defaultMaxFileSize` unless set. More than
@@ -62,6 +62,11 @@ class CORVID_API MountProfileHdlr {
 
     /// Whether `run()` also prints an error on standard error; it does unless this is set to false.
     void errorPrintedIs( bool printed ) noexcept { errorPrinted_ = printed; }
+
+    /// Has `run()` throw when a file asks for the configured paths of a state database that is not there, or
+    /// not complete; unless this is set to true, an assertion stops the process. For hosts that run without
+    /// that database.
+    void missingDatabaseThrowsIs( bool throws ) noexcept { missingDatabaseThrows_ = throws; }
 
     /// Has the files read by the generated lexer and the parser library's token stream alone: the same
     /// results, many times slower. For comparisons.
@@ -220,6 +225,7 @@ class CORVID_API MountProfileHdlr {
     bool maybeIncludeFile_ = false;
     std::size_t maxFileSize_ = defaultMaxFileSize;
     bool plainTokens_ = false;
+    bool missingDatabaseThrows_ = false;
     bool errorPrinted_ = true;
     RunObserver* observer_ = nullptr;
     std::optional<std::string> agentText_;

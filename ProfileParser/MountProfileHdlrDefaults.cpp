@@ -8,6 +8,7 @@
 #include "Redundancy/RedundancyStatus.h"
 
 #include <cstdlib>
+#include <stdexcept>
 #include <string_view>
 
 namespace Corvid {
@@ -23,6 +24,12 @@ std::string cellPath( const char* relativePath, std::uint32_t cell = ownCell ) {
 
 Kiv::Ptr<Kiv::Entity> corvidEntity( const EntityManager& manager, const Kiv::String8& relativePath ) {
     return Kiv::globalDir()->entity( "/" + manager.systemName().str() + "/Corvid/" + relativePath.str() );
+}
+
+/// Null without an entity manager, too.
+Kiv::Ptr<const ConfigRoot> configRootOf( const EntityManager* manager ) {
+    return manager ? Kiv::dynamicCast<const ConfigRoot>( corvidEntity( *manager, "Corvid/configRoot" ) )
+                   : nullptr;
 }
 
 /// Whether this cell works in hot standby with a peer cell.
@@ -96,9 +103,10 @@ void MountProfileHdlr::addPeerReady( const std::string& agent, bool peerRedundan
 void MountProfileHdlr::addConfigMountProfile() {
     HDLR_TRACE( 8, "void Corvid::MountProfileHdlr::addConfigMountProfile()" );
     HDLR_TRACE( 1, "adding all config mount paths" );
+    const auto configRoot = configRootOf( entityManager_.get() );
+    if ( missingDatabaseThrows_ && !( configRoot && configRoot->rootsComplete() ) )
+        throw std::runtime_error( "The configured paths are not known." );
     HDLR_ASSERT( entityManager_, R"(entityManager && "entityManager is NULL.")" );
-    const auto configRoot =
-        Kiv::dynamicCast<const ConfigRoot>( corvidEntity( *entityManager_, "Corvid/configRoot" ) );
     HDLR_ASSERT( configRoot, R"(configRoot && "configRoot is not found.")" );
     HDLR_ASSERT( configRoot->rootsComplete(), "configRoot->rootsComplete()" );
     const Brae::PathTrie& trie = configRoot->pathTrie();

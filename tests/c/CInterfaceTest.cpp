@@ -80,6 +80,18 @@ TEST( CInterface, EachOutcomeIsToldWithItsCode ) {
     EXPECT_EQ( corvid_mount_profile_outcome( nullptr ), CORVID_MOUNT_PROFILE_NONE );
 }
 
+TEST( CInterface, AFileThatAsksForConfiguredPathsCannotStopAHostWithoutAnEntityManager ) {
+    const TempDir files;
+    const auto agent = files.file( "agent", "agentName: Fan\ninclude: ConfigMountProfile\n" );
+    ASSERT_EQ( ::setenv( "K7_CHROOT", "/", 1 ), 0 );
+    const auto profile = parsed( agent );
+    ASSERT_EQ( ::unsetenv( "K7_CHROOT" ), 0 );
+    EXPECT_EQ( corvid_mount_profile_outcome( profile.get() ), CORVID_MOUNT_PROFILE_UNREADABLE );
+    EXPECT_EQ( textOf( profile, CORVID_MOUNT_PROFILE_MESSAGE ),
+               agent +
+                   ": error: ConfigMountProfile, included in line 2: The configured paths are not known" );
+}
+
 TEST( CInterface, AnErrorIsToldInItsPartsAndPrintedNowhere ) {
     const TempDir files;
     const auto include = files.file( "inc", "/a, T, r\n /b, T, x\n" );

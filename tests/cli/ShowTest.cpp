@@ -142,14 +142,35 @@ TEST_F( ShowTest, anUnreadableIncludeFileIsTold ) {
     write( "agent", "agentName: Fan\ninclude: inc\n" );
     std::filesystem::create_directory( directory() / "inc" );
     EXPECT_THAT( run( { "show", "agent" } ),
-                 Answers( 2, "", "mountprofile: agent: inc, included in line 2: Is a directory [MP090]\n" ) );
+                 Answers( 2, "",
+                          "mountprofile: agent: inc, included in line 2: Is a directory [MP090]\n"
+                          "    2 | include: inc\n"
+                          "      | ^~~~~~~~~~~~\n" ) );
     write( "d/agent", "agentName: Fan\n\ninclude: *.inc\n" );
     write( "d/1.inc", "/a, T, r\n" );
     std::filesystem::create_symlink( "nowhere", directory() / "d" / "2.inc" );
+    const std::string text = "agentName: Fan\ninclude: *.inc\n";
+    EXPECT_THAT( runWithInput( text, { "show", "--stdin-path", "d/new", "-" } ).err,
+                 testing::EndsWith( "\n    2 | include: *.inc\n      | ^~~~~~~~~~~~~~\n" ) );
     EXPECT_THAT( run( { "show", "d/agent" } ),
                  Answers( 2, "",
                           "mountprofile: d/agent: d/2.inc, included in line 3: No such file or directory "
-                          "[MP090]\n" ) );
+                          "[MP090]\n"
+                          "    3 | include: *.inc\n"
+                          "      | ^~~~~~~~~~~~~~\n" ) );
+}
+
+TEST_F( ShowTest, configuredPathsThatAreNotKnownAreToldWithWhatToDo ) {
+    write( "agent", "agentName: Fan\n\tinclude: ConfigMountProfile \n" );
+    const std::string told = "mountprofile: agent: ConfigMountProfile, included in line 2: The configured "
+                             "paths are not known [MP090]\n"
+                             "    2 |         include: ConfigMountProfile \n"
+                             "      |         ^~~~~~~~~~~~~~~~~~~~~~~~~~~\n"
+                             "      = hint: K7_CHROOT is set: give the configured paths with --system and "
+                             "--config-root\n";
+    for ( const std::vector<std::string>& command :
+          { std::vector<std::string>{ "show", "agent" }, { "show", "--system", "ar", "agent" } } )
+        EXPECT_THAT( run( command, { { "K7_CHROOT", "/" } } ), Answers( 2, "", told ) );
 }
 
 TEST_F( ShowTest, theTreeIsAligned ) {

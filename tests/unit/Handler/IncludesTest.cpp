@@ -176,6 +176,25 @@ TEST_F( IncludesTest, InATestRootTheConfiguredPathsStandInForAMissingConfigMount
     }
 }
 
+TEST_F( IncludesTest, ConfiguredPathsThatAreNotKnownThrowWhereAHostAsksForThat ) {
+    using Kiv::Embedded::newConfigRoot;
+    const ScopedEnvironment testRoot( "K7_CHROOT", "/" );
+    for ( const auto& [manager, root] :
+          std::vector<std::pair<Kiv::Ptr<const Corvid::EntityManager>, Kiv::Ptr<Kiv::Entity>>>{
+              { nullptr, nullptr },
+              { entityManager(), nullptr },
+              { entityManager(), newConfigRoot( {}, false ) } } ) {
+        Kiv::Embedded::entityIs( configRootPath, root );
+        IncludingBench bench( "/a, T::T, r\n\ninclude: ConfigMountProfile\n/b, T::T, r\n", {}, manager );
+        bench.hdlr.missingDatabaseThrowsIs( true );
+        EXPECT_THROW( bench.run(), std::runtime_error );
+        EXPECT_EQ( bench.mounts(), "a T::T r\n" );
+        EXPECT_EQ( bench.hdlr.errorDetails().includeLine, 4U );
+        EXPECT_EQ( bench.hdlr.errorDetails().includePattern, "ConfigMountProfile" );
+        EXPECT_EQ( bench.hdlr.errorDetails().includeMatches, 0U );
+    }
+}
+
 TEST_F( IncludesTest, AConfigMountProfileThatIsThereIsParsedAlsoInATestRoot ) {
     putConfigRoot();
     const ScopedEnvironment testRoot( "K7_CHROOT", "/" );
