@@ -78,15 +78,11 @@ std::string Writer::switchesOf( const PassiveAgentProfile& profile ) const {
 }
 
 std::string Writer::filterOf( const PassiveMountGroup& group, const Mount& mount ) const {
-    std::map<std::string_view, std::string_view> ordered;
-    for ( const auto& [name, attrFilter] : mount.mountFilter().attrFilter() )
-        ordered.emplace( name, attrFilter.filterKey() );
     std::vector<std::string> items;
-    items.reserve( ordered.size() );
-    for ( const auto& [name, key] : ordered ) {
+    for ( const auto& [name, attribute] : mount.mountFilter().attrFilter() ) {
         std::string item( name );
-        if ( !key.empty() )
-            item.append( " = \"" ).append( key ).append( "\"" );
+        if ( !attribute.filterKey().empty() )
+            item.append( " = \"" ).append( attribute.filterKey() ).append( "\"" );
         items.push_back( withNote( item, notes_.attribute( group.name(), mount.path(), name ) ) );
     }
     if ( items.empty() )

@@ -47,10 +47,10 @@ void Writer::mountFilter( const MountFilter& filter ) {
     key( "{", "enabled" );
     value( filter.enabled() != 0 );
     key( ", ", "attrFilter" );
-    std::map<std::string_view, std::string_view> ordered;
-    for ( const auto& [name, attrFilter] : filter.attrFilter() )
-        ordered.emplace( name, attrFilter.filterKey() );
-    map( ordered );
+    list( '{', '}', ", ", filter.attrFilter(), [this]( const auto& item ) {
+        key( "", item.first );
+        text( item.second.filterKey() );
+    } );
     append( '}' );
 }
 

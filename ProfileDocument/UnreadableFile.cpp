@@ -67,6 +67,9 @@ std::string whyUnreadable( const HandlerRun& run ) {
     if ( details.includeMatches == 0 )
         return details.includePattern + line + "The configured paths are not known";
     const std::string name = includedFile( run.agentFile, details );
+    if ( run.handler->includedFiles() > run.handler->maxIncludedFiles() )
+        return name + line + "More than " + std::to_string( run.handler->maxIncludedFiles() ) +
+               " include files";
     return name + line + whyUnreadable( name, "It cannot be read", limit );
 }
 

@@ -13,11 +13,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace Corvid {
@@ -34,6 +34,8 @@ class CORVID_API MountProfileHdlr {
   public:
     /// The largest file that is read unless the host says otherwise: 16 MiB.
     static constexpr std::size_t defaultMaxFileSize = std::size_t{ 16 } << 20;
+    /// How many include files a run reads unless the host says otherwise.
+    static constexpr std::size_t defaultMaxIncludedFiles = 10'000;
     /// The parser library counts a file's bytes in 32 bits.
     static constexpr std::size_t highestMaxFileSize = std::numeric_limits<std::uint32_t>::max();
 
@@ -50,8 +52,8 @@ class CORVID_API MountProfileHdlr {
     /// The whole job: parses the agent file and all that it includes, adds the default profiles, and marks
     /// the profile invalid when there was an error. A file without an agent title line leaves `root`
     /// unchanged.
-    /// @throws std::runtime_error when a file cannot be opened, or see `missingDatabaseThrowsIs`; the profile
-    /// then stays as it was at that point.
+    /// @throws std::runtime_error when a file cannot be opened, when there are too many of them, or see
+    /// `missingDatabaseThrowsIs`; the profile then stays as it was at that point.
     void run();
 
     /// The largest file that is opened, in bytes; `defaultMaxFileSize` unless set. More than
@@ -59,6 +61,13 @@ class CORVID_API MountProfileHdlr {
     void maxFileSizeIs( std::size_t bytes ) noexcept { maxFileSize_ = std::min( bytes, highestMaxFileSize ); }
     /// In bytes.
     [[nodiscard]] std::size_t maxFileSize() const noexcept { return maxFileSize_; }
+
+    /// How many include files a run may read, each counted as often as it is read; `defaultMaxIncludedFiles`
+    /// unless set. One line of a file can ask for many files, and many lines for the same ones.
+    void maxIncludedFilesIs( std::size_t files ) noexcept { maxIncludedFiles_ = files; }
+    [[nodiscard]] std::size_t maxIncludedFiles() const noexcept { return maxIncludedFiles_; }
+    /// How many were asked for so far; more than `maxIncludedFiles()` when it was given up for that.
+    [[nodiscard]] std::size_t includedFiles() const noexcept { return includedFiles_; }
 
     /// Whether `run()` also prints an error on standard error; it does unless this is set to false.
     void errorPrintedIs( bool printed ) noexcept { errorPrinted_ = printed; }
@@ -218,12 +227,16 @@ class CORVID_API MountProfileHdlr {
     RecognitionError errorDesc_;
     ErrorDetails errorDetails_;
     std::vector<std::string> subAgents_;
-    std::unordered_set<std::string> templateKeyDecls_{ 10 };
-    std::unordered_map<std::string, MountFilter> mountFilterMap_{ 10 };
+    // Ordered, because whoever writes a file chooses the names, and could choose some that collide in a hash
+    // table.
+    std::set<std::string> templateKeyDecls_;
+    std::map<std::string, MountFilter> mountFilterMap_;
     bool addDefaults_;
     bool validProfileFile_ = true;
     bool maybeIncludeFile_ = false;
     std::size_t maxFileSize_ = defaultMaxFileSize;
+    std::size_t maxIncludedFiles_ = defaultMaxIncludedFiles;
+    std::size_t includedFiles_ = 0;
     bool plainTokens_ = false;
     bool missingDatabaseThrows_ = false;
     bool errorPrinted_ = true;

@@ -1,8 +1,6 @@
 #include "ProfileParser/HandlerSupport.h"
 #include "ProfileParser/MountProfileHdlr.h"
 
-#include <algorithm>
-
 namespace Corvid {
 
 void MountProfileHdlr::registerMountFilterDecl( const std::string& name ) {
@@ -21,7 +19,6 @@ std::vector<std::string> MountProfileHdlr::knownMountFilters() const {
     std::vector<std::string> names;
     for ( const auto& [name, filter] : mountFilterMap_ )
         names.push_back( name );
-    std::ranges::sort( names );
     return names;
 }
 

@@ -50,6 +50,8 @@ void MountProfileHdlr::parseIncludes( const std::string& pattern ) {
             ++number;
             if ( observer_ )
                 observer_->includeEntered( { name, pattern, number, matches.size(), statementOrigin() } );
+            if ( includedFiles_++ == maxIncludedFiles_ )
+                throw std::runtime_error( "Too many include files." );
             if ( !parseIncludeFile( *this, name ) )
                 return noteInclusion();
         }

@@ -6,7 +6,7 @@
 #include "ProfileStore/Export.h"
 
 #include <cstdint>
-#include <unordered_map>
+#include <map>
 
 namespace Corvid {
 
@@ -14,14 +14,15 @@ namespace Corvid {
 /// original later. Fresh ones are not enabled and empty; such a value takes one pointer and no allocation.
 class CORVID_API MountFilter {
   public:
-    /// Attribute filters by the name of their attribute.
-    using AttrFilterMap = std::unordered_map<Kiv::String8, AttrFilter>;
+    /// Attribute filters by the name of their attribute. Ordered, because whoever writes a file chooses the
+    /// names, and could choose some that collide in a hash table.
+    using AttrFilterMap = std::map<Kiv::String8, AttrFilter>;
 
     /// 1 for a filter that a profile file declared, with or without attribute filters; 0 for "no filter".
     [[nodiscard]] std::uint8_t enabled() const noexcept { return content_ ? content_->enabled : 0; }
     void enabledIs( std::uint8_t enabled );
 
-    /// The attribute filters by attribute name, in no order.
+    /// The attribute filters by attribute name, in byte-wise order.
     [[nodiscard]] const AttrFilterMap& attrFilter() const noexcept;
     /// Adds an attribute filter; one of the same attribute is overwritten, both of its fields.
     void newAttrFilter( const AttrFilter& attrFilter );
@@ -33,7 +34,7 @@ class CORVID_API MountFilter {
   private:
     struct Content {
         std::uint8_t enabled = 0;
-        AttrFilterMap attrFilter{ 4 };
+        AttrFilterMap attrFilter;
 
         void addRef() const noexcept { count.increment(); }
         void release() const noexcept {

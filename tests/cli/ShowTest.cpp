@@ -160,6 +160,18 @@ TEST_F( ShowTest, anUnreadableIncludeFileIsTold ) {
                           "      | ^~~~~~~~~~~~~~\n" ) );
 }
 
+TEST_F( ShowTest, moreIncludeFilesThanARunReadsAreTold ) {
+    std::string text = "agentName: Fan\n";
+    for ( int i = 0; i < 10'001; ++i )
+        text += "include: inc\n";
+    write( "agent", text );
+    write( "inc", "/a, T, r\n" );
+    EXPECT_THAT(
+        run( { "show", "agent" } ).err,
+        testing::StartsWith(
+            "mountprofile: agent: inc, included in line 10002: More than 10000 include files [MP090]\n" ) );
+}
+
 TEST_F( ShowTest, configuredPathsThatAreNotKnownAreToldWithWhatToDo ) {
     write( "agent", "agentName: Fan\n\tinclude: ConfigMountProfile \n" );
     const std::string told = "mountprofile: agent: ConfigMountProfile, included in line 2: The configured "

@@ -27,6 +27,7 @@ KINDS = {
     "root-flags": lambda n: "rootFlags: rwicfCDSBNO\n" * n,
     "mount-filters": lambda n: "".join(f"mountFilter: f{i}\nname, x\n" for i in range(n)),
     "attributes": lambda n: "mountFilter: f\n" + "".join(f"name{i}, x\n" for i in range(n)) + "/a, T, r, f\n",
+    "includes": lambda n: "include: inc\n" * n,
     "path-units": lambda n: "/a" * n + ", T, r\n",
     "string-pieces": lambda n: '"ab" ' * n + ", T, r\n",
     "comparisons": lambda n: "mountGroup: g\ncondition: " + " and ".join(["x == /a.b"] * n) + "\n",
@@ -42,6 +43,8 @@ KINDS = {
 
 
 def write(kind, parts):
+    with open("inc", "w", encoding="latin-1") as file:
+        file.write("/inc, T, r\n")
     with open("agent", "w", encoding="latin-1") as file:
         file.write(TITLE + KINDS[kind](parts) if kind != "nothing" else TITLE)
 

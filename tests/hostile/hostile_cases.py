@@ -188,11 +188,6 @@ def one_open_string_of_5_MB():
 
 
 @case
-def one_include_pattern_of_1_MB():
-    yield from all_commands(INVALID, TITLE, b"include: ", b"a" * (MIB - 100), b"\n")
-
-
-@case
 def one_path_declared_with_two_types_of_1_MB():
     yield from all_commands(INVALID, TITLE, *[b"/a, T%d" % i + b"x" * (MIB // 2 - 100) + b", r\n" for i in (1, 2)])
 
@@ -294,15 +289,6 @@ def mount_filters():
 @case
 def attributes_of_a_filter():
     yield from all_commands(VALID, TITLE, b"mountFilter: f\n", *numbered(b"name%d, x\n", 25000), b"/a, T, r, f\n")
-
-
-@case
-def include_files_that_one_pattern_matches():
-    size = write("agent", TITLE, b"include: part-*\n")
-    for i in range(4096):
-        size += write(f"part-{i}", b"/a/%d, T, r\n" % i)
-    yield Run("check", "agent", status=VALID, size=size)
-    yield Run("show", "--json", "agent", status=VALID, size=size)
 
 
 # -------------------------------------------------------------------------------------------------------- odd bytes --

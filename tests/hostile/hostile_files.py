@@ -4,9 +4,9 @@
 usage: hostile_files.py --list
        hostile_files.py COMMAND CASE [--slowdown N] [--no-memory-limit]
 
-A case is a function of hostile_cases.py. In each run the command must end by itself, with one of the expected exit
-statuses, within the limits of time and memory, and must not write more than it may; a terminal must be safe from what it
-writes. `--slowdown` scales the limit of time, for builds with sanitizers.
+A case is a function of hostile_cases.py or hostile_includes.py. In each run the command must end by itself, with one of the
+expected exit statuses, within the limits of time and memory, and must not write more than it may; a terminal must be safe
+from what it writes. `--slowdown` scales the limit of time, for builds with sanitizers.
 """
 import argparse
 import os
@@ -16,6 +16,7 @@ import sys
 import tempfile
 import time
 
+import hostile_includes  # pylint: disable=unused-import # adds its cases to those of the other file
 from hostile_cases import MIB, VALID, cases
 
 SECONDS = 0.1            # of processor time, for an input of less than 1 MiB,

@@ -59,6 +59,13 @@ class CheckRules(unittest.TestCase):
                     "ProfileParser/MountProfileHdlr.cpp:2: includes mountProfileParser.h, which stays behind the "
                     "parse session")
 
+    def test_names_out_of_files_are_in_no_hash_table(self):
+        text = "#include <unordered_map>\n"
+        self.expect({"Cli/main.cpp": text, "tests/a.cpp": text})
+        for path in ("ProfileStore/Mount.h", "ProfileParser/A.cpp"):
+            self.expect({path: text}, f"{path}:1: includes unordered_map: a file could choose names that collide; "
+                                      "take an ordered container")
+
     def test_functions_have_forty_lines_at_most(self):
         self.expect({"A.cpp": function_of(40) + "\n" + function_of(40)})
         self.expect({"A.cpp": "int a;\n\n/// Why { not.\n" + function_of(41)}, "A.cpp:4: function of 41 lines; 40 at most")

@@ -176,6 +176,22 @@ TEST_F( IncludesTest, InATestRootTheConfiguredPathsStandInForAMissingConfigMount
     }
 }
 
+TEST_F( IncludesTest, ARunThatReadsMoreFilesThanTheHostAllowsIsGivenUp ) {
+    for ( const std::size_t allowed : { 0, 4, 5 } ) {
+        IncludingBench bench( "include: inc-*\n/a, T::T, r\ninclude: inc-1\ninclude: inc-*\n",
+                              { { "inc-1", "/1, T::T, r\n" }, { "inc-2", "/2, T::T, r\n" } } );
+        EXPECT_EQ( bench.hdlr.maxIncludedFiles(), 10'000U );
+        bench.hdlr.maxIncludedFilesIs( allowed );
+        if ( allowed == 5 )
+            EXPECT_NO_THROW( bench.run() );
+        else
+            EXPECT_THROW( bench.run(), std::runtime_error );
+        EXPECT_EQ( bench.hdlr.includedFiles(), allowed == 5 ? 5 : allowed + 1 );
+        EXPECT_EQ( bench.mounts(), allowed == 0 ? "" : "1 T::T r\n2 T::T r\na T::T r\n" );
+        EXPECT_EQ( bench.hdlr.errorDetails().includeLine, allowed == 0 ? 2U : allowed == 4 ? 5U : 0U );
+    }
+}
+
 TEST_F( IncludesTest, ConfiguredPathsThatAreNotKnownThrowWhereAHostAsksForThat ) {
     using Kiv::Embedded::newConfigRoot;
     const ScopedEnvironment testRoot( "K7_CHROOT", "/" );

@@ -66,7 +66,6 @@ TEST( MountFilter, KeepsOneFilterAnAttributeTheLastOneGiven ) {
     filter.newAttrFilter( AttrFilter( "a", "3" ) );
     EXPECT_THAT( attributesOf( filter ), UnorderedElementsAre( "a=3", "b=", "\xff=2" ) );
     EXPECT_EQ( filter.enabled(), 0 ) << "adding does not enable";
-    EXPECT_GE( filter.attrFilter().bucket_count(), 4U );
 }
 
 TEST( MountFilter, TakesAllAttributesOfALongDeclaration ) {
