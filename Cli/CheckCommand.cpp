@@ -38,16 +38,12 @@ std::optional<std::string> beginningOfLargeFile( const std::string& path ) {
     return text;
 }
 
-bool hasNoTitle( const AgentRun& run ) {
-    return run.outcome != Outcome::unreadable && run.handler->maybeIncludeFile();
-}
-
 /// Whether a run is that of a file that begins unlike an agent file, as far as a large one is looked at.
 bool isOfOtherFile( const AgentRun& run, const Stage& stage ) {
     if ( run.outcome != Outcome::unreadable )
-        return hasNoTitle( run );
+        return run.handler->maybeIncludeFile();
     const auto beginning = beginningOfLargeFile( run.agentFile );
-    return beginning && hasNoTitle( runAgentFile( stage, run.agentFile, nullptr, beginning ) );
+    return beginning && runAgentFile( stage, run.agentFile, nullptr, beginning ).handler->maybeIncludeFile();
 }
 
 CheckedFile check( const ListedFile& file, const Stage& stage, const CheckReport& report, bool noteFiles ) {

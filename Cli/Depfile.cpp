@@ -138,14 +138,12 @@ mode_t modeOfNewFiles() {
     return 0666 & ~mask;
 }
 
-/// Whether nothing is lost when a file is replaced by a rule of that target.
-bool isEmptyOrRuleOf( const std::string& target, const std::string& file ) {
+bool isRuleOf( const std::string& target, const std::string& file ) {
     std::ifstream stream( file, std::ios::binary );
     std::string begin( target.size() + 4, '\0' );
     stream.read( begin.data(), static_cast<std::streamsize>( begin.size() ) );
     begin.resize( static_cast<std::size_t>( stream.gcount() ) );
-    return ( begin.empty() && stream.eof() ) || begin.starts_with( target + ":\n" ) ||
-           begin == target + ": \\\n";
+    return begin.starts_with( target + ":\n" ) || begin == target + ": \\\n";
 }
 
 /// The file that a name leads to; that need not exist.
@@ -171,7 +169,7 @@ void writeDepfile( const std::string& depfile, const std::vector<std::string>& f
         cannotWrite( depfile, errno );
     if ( exists && !S_ISREG( status.st_mode ) )
         return existing.writeAll( depfile, rule );
-    if ( exists && !isEmptyOrRuleOf( target, depfile ) )
+    if ( exists && status.st_size != 0 && !isRuleOf( target, depfile ) )
         throw std::runtime_error( depfile + ": holds something else than a rule of " + target +
                                   ", and stays as it is" );
     Replacement( behindLinks( depfile ) )

@@ -235,7 +235,8 @@ TEST_F( CommandFaultsTest, ADepfileThatCannotBeWrittenIsTold ) {
     const std::vector<std::string> command{ "show", "--depfile", depfile, agent };
     const Answer sound = answer( command, failingAllocation( 0 ) );
     ASSERT_EQ( sound.exitStatus, 0 );
-    for ( FaultyFunction* function : { &systemWrite, &systemFchmod, &systemFstat, &systemClose } ) {
+    for ( FaultyFunction* function :
+          { &systemWrite, &systemFchmod, &systemFstat, &systemClose, &systemRename } ) {
         int complaints = 0;
         Answer faulty;
         for ( long n = 1; n == 1 || faulty.hasFailed; ++n ) {

@@ -47,6 +47,7 @@ FaultyFunction systemWrite{ "write" };
 FaultyFunction systemReaddir{ "readdir" };
 FaultyFunction systemLstat{ "lstat" };
 FaultyFunction systemFchmod{ "fchmod" };
+FaultyFunction systemRename{ "rename" };
 FaultyFunction systemClose{ "close" };
 FaultyFunction systemGlob{ "glob" };
 FaultyFunction systemNewlocale{ "newlocale" };
@@ -157,6 +158,12 @@ int realFchmod( int, mode_t ) asm( "__real_fchmod" );
 int wrappedFchmod( int, mode_t ) asm( "__wrap_fchmod" );
 int wrappedFchmod( int descriptor, mode_t mode ) {
     return systemFchmod.fails() ? -1 : realFchmod( descriptor, mode );
+}
+
+int realRename( const char*, const char* ) asm( "__real_rename" );
+int wrappedRename( const char*, const char* ) asm( "__wrap_rename" );
+int wrappedRename( const char* from, const char* to ) {
+    return systemRename.fails() ? -1 : realRename( from, to );
 }
 
 int realClose( int ) asm( "__real_close" );

@@ -39,6 +39,7 @@ extern FaultyFunction systemWrite;
 extern FaultyFunction systemReaddir;
 extern FaultyFunction systemLstat;
 extern FaultyFunction systemFchmod;
+extern FaultyFunction systemRename;
 extern FaultyFunction systemClose;
 extern FaultyFunction systemGlob;
 extern FaultyFunction systemNewlocale;
