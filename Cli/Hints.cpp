@@ -13,13 +13,11 @@ namespace {
 constexpr char oneTitle[] = "a file has one title line, its first";
 
 bool startsWithCapital( std::string_view text ) {
-    const std::string_view first = text.substr( 0, 1 );
-    return first >= "A" && first <= "Z";
+    return text.find_first_of( "ABCDEFGHIJKLMNOPQRSTUVWXYZ" ) == 0;
 }
 
 bool startsWithSmallLetter( std::string_view text ) {
-    const std::string_view first = text.substr( 0, 1 );
-    return first >= "a" && first <= "z";
+    return text.find_first_of( "abcdefghijklmnopqrstuvwxyz" ) == 0;
 }
 
 /// The trap of the language: a comment takes the end of its line along.
@@ -47,8 +45,7 @@ std::string misplacedCondition( const ErrorScene& scene ) {
 std::string misplacedLine( const ErrorScene& scene ) {
     if ( !isOneOf( scene.code, { "MP030", "MP031" } ) )
         return {};
-    const bool isMount = scene.statement == Statement::mountLine && belongsToFilter( scene.previous ) &&
-                         commasIn( scene.text ) >= 2;
+    const bool isMount = scene.statement == Statement::mountLine && belongsToFilter( scene.previous );
     if ( scene.code == "MP030" && ( isMount || scene.statement == Statement::include ) )
         return "a mount filter closes the group before it: put " +
                ( isMount ? "the mounts" : quoted( keyword( scene.word ) ) ) +
