@@ -120,7 +120,9 @@ TEST_F( CheckTest, aLargeFileInADirectoryIsPassedOverUnlessItHasATitle ) {
                  Answers( 2, "2 files checked: 0 valid, 2 unreadable; 2 other files passed over\n",
                           "mountprofile: d/agent: Larger than 16777216 bytes [MP090]\n"
                           "mountprofile: d/large: d/blob, included in line 2: Larger than 16777216 bytes "
-                          "[MP090]\n" ) );
+                          "[MP090]\n"
+                          "    2 | include: blob\n"
+                          "      | ^~~~~~~~~~~~~\n" ) );
 }
 
 TEST_F( CheckTest, aDirectoryThatCannotBeListedIsTold ) {
