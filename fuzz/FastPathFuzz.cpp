@@ -29,7 +29,7 @@ constexpr std::size_t longLine = 3 * 8500;
 
 std::string textOfInput( const std::uint8_t* data, std::size_t size ) {
     const auto parts = partsOf( data, size );
-    if ( parts.size() != 3 || parts[1].empty() )
+    if ( parts.size() != 3 || parts[1].empty() || !isOneOf( 8, textOf( data, size ) ) )
         return std::string( textOf( data, size ) );
     std::string text( parts[0] );
     while ( text.size() < longLine )
