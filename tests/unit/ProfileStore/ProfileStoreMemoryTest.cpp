@@ -1,4 +1,4 @@
-#include "ProfileStore/PassiveAgentProfileDir.h"
+#include "ProfileStore/PublishedProfiles.h"
 
 #include <gtest/gtest.h>
 
@@ -60,6 +60,8 @@ using Corvid::MountFilter;
 using Corvid::PassiveAgentProfile;
 using Corvid::PassiveAgentProfileDir;
 using Corvid::PassiveMountGroup;
+using Corvid::PublishedProfiles;
+using Corvid::RecognitionError;
 using Kiv::Name;
 using Kiv::Ptr;
 using Kiv::String8;
@@ -103,13 +105,22 @@ std::string dumpOf( const PassiveAgentProfileDir& directory ) {
     return out.str();
 }
 
-/// A directory with one profile that has one of everything, and a filter that shares its content with a
-/// mount.
+std::string dumpOf( const PublishedProfiles& published ) {
+    std::ostringstream out;
+    for ( const auto& [name, reading] : published.agents() )
+        out << name << " " << reading->revision << " " << reading->valid << " " << reading->profile.get()
+            << " " << reading->error.description() << "\n";
+    return out.str();
+}
+
+/// A directory with one profile that has one of everything, and is published, and a filter that shares its
+/// content with a mount.
 struct Records {
     Ptr<PassiveAgentProfileDir> directory{ new PassiveAgentProfileDir };
     Ptr<PassiveAgentProfile> fan = directory->agentProfileIs( Name( "Fan" ) );
     Ptr<PassiveMountGroup> all = fan->mountGroupIs( Name( "all" ), 99 );
     Ptr<PassiveMountGroup> full = fan->mountGroupIs( Name( "full" ), 1 ); ///< mounts fill a block
+    PublishedProfiles published;
     MountFilter fresh;
     MountFilter shared;
     MountFilter own;
@@ -126,12 +137,13 @@ struct Records {
             full->mountProfileIs( Mount( std::string( 1, path ), "T", "r" ) );
         all->conditionColEnq( "condition" );
         all->templateConditionColIs( "template", true );
+        published.publish( directory );
     }
     [[nodiscard]] std::string dumped() const {
         std::ostringstream out;
         for ( const auto& filter : { fresh, shared, own } )
             dump( out, filter );
-        return out.str() + dumpOf( *directory );
+        return out.str() + dumpOf( *directory ) + dumpOf( published );
     }
 };
 
@@ -151,6 +163,11 @@ const std::vector<Operation>& operations() {
     static const Mount lastMount( "z", "T", "r" );
     static const AttrFilter newFilter( "z", "2" );
     static const AttrFilter otherFilter( "a", "2" );
+    static const RecognitionError error = [] {
+        RecognitionError described;
+        described.descriptionIs( text );
+        return described;
+    }();
     static const std::vector<Operation> all{
         { "agentProfileIs", []( Records& r ) { r.directory->agentProfileIs( newName ); }, true },
         { "mountGroupIs", []( Records& r ) { r.fan->mountGroupIs( newName, 1 ); }, true },
@@ -174,6 +191,10 @@ const std::vector<Operation>& operations() {
         { "newAttrFilter again", []( Records& r ) { r.own.newAttrFilter( otherFilter ); }, false },
         { "enabledIs of a fresh one", []( Records& r ) { r.fresh.enabledIs( 1 ); }, true },
         { "enabledIs of a shared one", []( Records& r ) { r.shared.enabledIs( 1 ); }, true },
+        { "publish", []( Records& r ) { r.published.publish( r.directory ); }, true },
+        { "errorIs", []( Records& r ) { r.published.errorIs( r.fan->name(), error ); }, true },
+        { "errorIs of a new agent", []( Records& r ) { r.published.errorIs( newName, error ); }, true },
+        { "agentDel", []( Records& r ) { r.published.agentDel( r.fan->name() ); }, false },
     };
     return all;
 }
