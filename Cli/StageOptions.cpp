@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -33,6 +34,9 @@ ConfiguredPath configuredPath( const std::string& line, const std::string& place
 
 /// One path a line; lines of nothing but blanks are passed over.
 std::vector<ConfiguredPath> readConfiguredPaths( const std::string& fileName ) {
+    std::error_code ignored;                              // whatever it is, opening the file meets it again
+    if ( std::filesystem::is_other( fileName, ignored ) ) // a pipe could be waited for without end
+        throw std::runtime_error( fileName + ": Not a regular file" );
     errno = 0;
     std::ifstream file( fileName );
     std::vector<ConfiguredPath> paths;

@@ -44,6 +44,8 @@ TEST_F( CommandLineTest, whatIsWrongWithItIsToldInOneLine ) {
         { { "show", "--system", "ar", "--config-root", "nowhere", "agent" },
           "nowhere: No such file or directory" },
         { { "show", "--system", "ar", "--config-root", ".", "agent" }, ".: Is a directory" },
+        { { "show", "--system", "ar", "--config-root", "/dev/null", "agent" },
+          "/dev/null: Not a regular file" },
         { { "show", "--system", "ar", "--config-root", "", "agent" }, "--config-root: is empty" },
         { { "show", "--system=ar", "--config-root=", "agent" }, "--config-root: is empty" },
         { { "check", "--jobs=", "agent" }, "--jobs: Value  not in range 1 to 1024" },
