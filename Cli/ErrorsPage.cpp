@@ -9,7 +9,6 @@ namespace {
 
 constexpr std::string_view sectionMark = "\n### ";
 constexpr std::string_view rowMark = "\n| ";
-constexpr std::size_t codeLength = 5;
 
 std::string_view lineAt( std::string_view text, std::size_t start ) {
     return text.substr( start, text.find( '\n', start ) - start );
@@ -21,7 +20,7 @@ std::vector<std::string> codesBehind( std::string_view mark ) {
     std::vector<std::string> codes;
     for ( auto at = errorsPageText.find( beginning ); at != std::string_view::npos;
           at = errorsPageText.find( beginning, at + 1 ) )
-        codes.emplace_back( errorsPageText.substr( at + mark.size(), codeLength ) );
+        codes.emplace_back( errorsPageText.substr( at + mark.size(), errorCodeLength ) );
     return codes;
 }
 

@@ -10,6 +10,9 @@ namespace Corvid::Cli {
 /// The text of docs/errors.md, which was put into the program when it was built.
 extern const std::string_view errorsPageText;
 
+/// "MP" and three digits.
+inline constexpr std::size_t errorCodeLength = 5;
+
 /// What the page on errors tells about one code.
 struct ErrorExplanation {
     std::string title;

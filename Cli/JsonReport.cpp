@@ -1,36 +1,88 @@
 // The form for programs of all kinds; share/mountprofile-check-1.schema.json describes it.
 
 #include "Cli/CheckReport.h"
-#include "Cli/JsonValues.h"
+#include "Cli/ReportWriter.h"
 
 namespace Corvid::Cli {
 
 namespace {
 
-Json placeValue( const TextPlace& place ) {
-    return { { "line", place.line }, { "column", place.column } };
+class Writer : public ReportWriter {
+  public:
+    using ReportWriter::ReportWriter;
+
+    void file( const AgentRun& run );
+    void diagnostic( const Diagnostic& diagnostic );
+    void summary( const CheckCounts& counts );
+
+  private:
+    void range( const Diagnostic& diagnostic );
+    void place( const TextPlace& place );
+    void inclusion( const Inclusion& inclusion );
+};
+
+void Writer::place( const TextPlace& place ) {
+    member( "{", "line", place.line );
+    member( ",", "column", place.column );
+    append( '}' );
 }
 
-Json diagnosticValue( const Diagnostic& diagnostic ) {
-    Json value{ { "code", diagnostic.code }, { "severity", "error" } };
+void Writer::range( const Diagnostic& diagnostic ) {
+    key( "{", "start" );
+    place( diagnostic.begin );
+    key( ",", "end" );
+    place( diagnostic.end );
+    append( '}' );
+}
+
+void Writer::inclusion( const Inclusion& inclusion ) {
+    member( "{", "file", inclusion.file );
+    member( ",", "line", inclusion.line );
+    member( ",", "pattern", inclusion.pattern );
+    member( ",", "match", inclusion.match );
+    member( ",", "matches", inclusion.matches );
+    append( '}' );
+}
+
+void Writer::diagnostic( const Diagnostic& diagnostic ) {
+    member( "{", "code", diagnostic.code );
+    member( ",", "severity", "error" );
     if ( !diagnostic.file.empty() )
-        value["file"] = jsonText( diagnostic.file );
+        member( ",", "file", diagnostic.file );
     if ( diagnostic.place ) {
-        value["line"] = diagnostic.place->line;
-        value["column"] = diagnostic.place->column;
-        value["range"] = { { "start", placeValue( diagnostic.begin ) },
-                           { "end", placeValue( diagnostic.end ) } };
+        member( ",", "line", diagnostic.place->line );
+        member( ",", "column", diagnostic.place->column );
+        key( ",", "range" );
+        range( diagnostic );
     }
-    value["message"] = jsonText( diagnostic.message );
+    member( ",", "message", diagnostic.message );
     if ( !diagnostic.hint.empty() )
-        value["hint"] = jsonText( diagnostic.hint );
-    if ( const auto& inclusion = diagnostic.includedFrom )
-        value["includedFrom"] = { { "file", jsonText( inclusion->file ) },
-                                  { "line", inclusion->line },
-                                  { "pattern", jsonText( inclusion->pattern ) },
-                                  { "match", inclusion->match },
-                                  { "matches", inclusion->matches } };
-    return value;
+        member( ",", "hint", diagnostic.hint );
+    if ( diagnostic.includedFrom ) {
+        key( ",", "includedFrom" );
+        inclusion( *diagnostic.includedFrom );
+    }
+    append( '}' );
+}
+
+void Writer::file( const AgentRun& run ) {
+    member( "{", "file", run.agentFile );
+    member( ",", "outcome", nameOf( run.outcome ) );
+    key( ",", "diagnostics" );
+    append( '[' );
+    if ( const auto found = diagnosticOf( run, false ) )
+        diagnostic( *found );
+    append( "]}" );
+}
+
+void Writer::summary( const CheckCounts& counts ) {
+    member( "{", "checked", counts.checked() );
+    member( ",", "valid", counts.valid );
+    member( ",", "invalid", counts.invalid );
+    member( ",", "notAgentFile", counts.notAgentFile );
+    member( ",", "unreadable", counts.unreadable );
+    member( ",", "passedOver", counts.passedOver );
+    append( '}' );
 }
 
 class JsonReport final : public CheckReport {
@@ -38,12 +90,9 @@ class JsonReport final : public CheckReport {
     explicit JsonReport( Console& console ) : out_( console.out ) {}
 
     [[nodiscard]] std::string describe( const AgentRun& run ) const override {
-        Json value{ { "file", jsonText( run.agentFile ) }, { "outcome", nameOf( run.outcome ) } };
-        Json diagnostics = Json::array();
-        if ( const auto diagnostic = diagnosticOf( run, false ) )
-            diagnostics.push_back( diagnosticValue( *diagnostic ) );
-        value["diagnostics"] = std::move( diagnostics );
-        return asciiText( value );
+        TextInMemory text;
+        Writer( text ).file( run );
+        return std::move( text ).take();
     }
     void file( const std::string& description ) override {
         begin();
@@ -56,9 +105,11 @@ class JsonReport final : public CheckReport {
 
   private:
     void begin() {
-        if ( !std::exchange( hasBegun_, true ) )
-            out_.append( "{\"schema\": \"urn:mountprofile:check:1\",\n\"tool\": " + asciiText( toolValue() ) +
-                         ",\n\"files\": [" );
+        if ( std::exchange( hasBegun_, true ) )
+            return;
+        out_.append( "{\"schema\": \"urn:mountprofile:check:1\",\n\"tool\": " );
+        Writer( out_ ).tool( "{" );
+        out_.append( "},\n\"files\": [" );
     }
 
     Output& out_;
@@ -69,17 +120,14 @@ class JsonReport final : public CheckReport {
 void JsonReport::end( const CheckCounts& counts, ExitStatus status,
                       const std::optional<Diagnostic>& problem ) {
     begin();
-    out_.append( "]" );
-    if ( problem )
-        out_.append( ",\n\"error\": " + asciiText( diagnosticValue( *problem ) ) );
-    Json summary;
-    summary["checked"] = counts.checked();
-    summary["valid"] = counts.valid;
-    summary["invalid"] = counts.invalid;
-    summary["notAgentFile"] = counts.notAgentFile;
-    summary["unreadable"] = counts.unreadable;
-    summary["passedOver"] = counts.passedOver;
-    out_.append( ",\n\"summary\": " + asciiText( summary ) + ",\n\"exitStatus\": " );
+    out_.append( ']' );
+    if ( problem ) {
+        out_.append( ",\n\"error\": " );
+        Writer( out_ ).diagnostic( *problem );
+    }
+    out_.append( ",\n\"summary\": " );
+    Writer( out_ ).summary( counts );
+    out_.append( ",\n\"exitStatus\": " );
     out_.appendNumber( static_cast<int>( status ) );
     out_.append( "}\n" );
 }

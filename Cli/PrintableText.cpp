@@ -1,6 +1,7 @@
 #include "Cli/PrintableText.h"
 
-#include <algorithm>
+#include "Cli/SourceText.h"
+
 #include <clocale>
 #include <cwchar>
 #include <locale.h>
@@ -32,27 +33,31 @@ class Utf8Scope {
     locale_t before_;
 };
 
-constexpr PrintablePiece escapedByte{ 1, 4, true };
-
-/// The bytes of the character that a text begins with, and the character; 0 bytes when there is none.
-std::size_t firstCharacter( std::string_view text, wchar_t& character ) {
+FirstCharacter firstCharacter( std::string_view text, const Utf8Scope& utf8 ) {
+    constexpr FirstCharacter malformed{ 1, std::nullopt };
+    constexpr wchar_t last = 0x10FFFF; // the C library goes on behind it
+    const auto byte = static_cast<unsigned char>( text.front() );
+    if ( byte < 0x80 )
+        return { 1, byte };
+    if ( !utf8.holds() )
+        return malformed;
+    wchar_t character = 0;
     std::mbstate_t state{};
     const std::size_t bytes = std::mbrtowc( &character, text.data(), text.size(), &state );
-    return bytes > text.size() ? 0 : bytes; // malformed, or cut off
+    if ( bytes > text.size() || character > last ) // malformed or cut off, or not a character
+        return malformed;
+    return { bytes, static_cast<char32_t>( character ) };
 }
 
 PrintablePiece firstPiece( std::string_view text, const Utf8Scope& utf8 ) {
+    constexpr PrintablePiece escapedByte{ 1, 4, true };
     const auto byte = static_cast<unsigned char>( text.front() );
     if ( byte < 0x80 )
         return byte >= 0x20 && byte < 0x7F ? PrintablePiece{ 1, 1, false } : escapedByte;
-    if ( !utf8.holds() )
-        return escapedByte;
-    wchar_t character = 0;
-    const std::size_t bytes = firstCharacter( text, character );
-    if ( bytes == 0 )
-        return escapedByte;
-    const int columns = ::wcwidth( character );
-    return columns > 0 ? PrintablePiece{ bytes, static_cast<std::size_t>( columns ), false } : escapedByte;
+    const FirstCharacter first = firstCharacter( text, utf8 );
+    const int columns = first.code ? ::wcwidth( static_cast<wchar_t>( *first.code ) ) : 0;
+    return columns > 0 ? PrintablePiece{ first.bytes, static_cast<std::size_t>( columns ), false }
+                       : escapedByte;
 }
 
 void appendHex( std::string& out, std::string_view prefix, char c ) {
@@ -93,25 +98,19 @@ std::string withoutMiddle( std::string_view line ) {
     constexpr std::size_t shownBehind = 2 << 10;
     if ( line.size() <= shownAtMost )
         return std::string( line );
-    const std::size_t leftOut = line.size() - shownInFront - shownBehind;
-    return std::string( line.substr( 0, shownInFront ) ) + "[... " + std::to_string( leftOut ) +
-           " characters left out ...]" + std::string( line.substr( line.size() - shownBehind ) );
+    std::size_t begin = shownInFront;
+    std::size_t end = line.size() - shownBehind;
+    while ( begin > 0 && isContinuationByte( line[begin] ) )
+        --begin;
+    while ( end < line.size() && isContinuationByte( line[end] ) )
+        ++end;
+    return std::string( line.substr( 0, begin ) ) + "[... " + std::to_string( end - begin ) +
+           " characters left out ...]" + std::string( line.substr( end ) );
 }
 
-std::string wellFormed( std::string_view text ) {
+FirstCharacter firstCharacter( std::string_view text ) {
     const Utf8Scope utf8;
-    std::string out;
-    while ( !text.empty() ) {
-        wchar_t ignored = 0;
-        const bool isAscii = static_cast<unsigned char>( text.front() ) < 0x80;
-        const std::size_t bytes = isAscii ? 1 : utf8.holds() ? firstCharacter( text, ignored ) : 0;
-        if ( bytes == 0 )
-            appendHex( out, "\\x", text.front() );
-        else
-            out.append( text.substr( 0, bytes ) );
-        text.remove_prefix( std::max<std::size_t>( bytes, 1 ) );
-    }
-    return out;
+    return firstCharacter( text, utf8 );
 }
 
 std::size_t printableWidth( std::string_view text ) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,8 +18,13 @@ void appendPrintable( std::string& out, std::string_view text );
 /// What is wrong stands at both ends of a message; a token that it quotes may be as long as the file.
 [[nodiscard]] std::string withoutMiddle( std::string_view line );
 
-/// A text with every byte that is not part of well-formed UTF-8 as `\xNN`, and all else as it is.
-[[nodiscard]] std::string wellFormed( std::string_view text );
+/// The character that a text begins with.
+struct FirstCharacter {
+    std::size_t bytes;            ///< of the text; 1 to 4
+    std::optional<char32_t> code; ///< nothing for a byte that is not part of well-formed UTF-8
+};
+/// @param text is not empty.
+[[nodiscard]] FirstCharacter firstCharacter( std::string_view text );
 
 /// How many columns `printable( text )` takes on a terminal.
 [[nodiscard]] std::size_t printableWidth( std::string_view text );

@@ -2,8 +2,8 @@
 
 #include "Cli/CheckReport.h"
 #include "Cli/ErrorsPage.h"
-#include "Cli/JsonValues.h"
 #include "Cli/PrintableText.h"
+#include "Cli/ReportWriter.h"
 
 #include <algorithm>
 
@@ -25,14 +25,6 @@ std::string uriOf( std::string_view path ) {
     return uri;
 }
 
-Json locationValue( const std::string& file ) {
-    return { { "physicalLocation", { { "artifactLocation", { { "uri", uriOf( file ) } } } } } };
-}
-
-Json textValue( const std::string& text ) {
-    return { { "text", jsonText( text ) } };
-}
-
 /// The first paragraph of a section: what the error is, in short.
 std::string firstParagraph( const std::string& markdown ) {
     const auto begin = std::min( markdown.find_first_not_of( '\n' ), markdown.size() );
@@ -41,98 +33,165 @@ std::string firstParagraph( const std::string& markdown ) {
     return paragraph;
 }
 
-Json ruleValue( const std::string& code ) {
+class Writer : public ReportWriter {
+  public:
+    using ReportWriter::ReportWriter;
+
+    /// What is told of an error, behind the members that name its rule.
+    void result( const Diagnostic& diagnostic );
+    void rule( const std::string& code );
+    void notification( const Diagnostic& diagnostic );
+
+  private:
+    void message( std::string_view before, std::string_view name, std::string_view text );
+    /// Leaves two objects open: that of the place within the file, and the one around it.
+    void file( const std::string& file );
+    void region( const Diagnostic& diagnostic );
+    void inclusion( const Inclusion& inclusion );
+};
+
+void Writer::message( std::string_view before, std::string_view name, std::string_view text ) {
+    key( before, name );
+    member( "{", "text", text );
+    append( '}' );
+}
+
+void Writer::file( const std::string& file ) {
+    key( "{", "physicalLocation" );
+    key( "{", "artifactLocation" );
+    member( "{", "uri", uriOf( file ) );
+    append( '}' );
+}
+
+void Writer::region( const Diagnostic& diagnostic ) {
+    key( ",", "region" );
+    member( "{", "startLine", diagnostic.begin.line );
+    member( ",", "startColumn", diagnostic.begin.character );
+    member( ",", "endLine", diagnostic.end.line );
+    member( ",", "endColumn", diagnostic.end.character );
+    append( '}' );
+}
+
+void Writer::inclusion( const Inclusion& inclusion ) {
+    file( inclusion.file );
+    key( ",", "region" );
+    member( "{", "startLine", inclusion.line );
+    append( "}}" );
+    message( ",", "message", printable( inclusion ) );
+    append( '}' );
+}
+
+void Writer::result( const Diagnostic& diagnostic ) {
+    member( ",", "level", "error" );
+    const std::string hint = diagnostic.hint.empty() ? "" : "\nhint: " + diagnostic.hint;
+    message( ",", "message", diagnostic.message + hint );
+    key( ",", "locations" );
+    append( '[' );
+    file( diagnostic.file );
+    if ( diagnostic.place )
+        region( diagnostic );
+    append( "}}]" );
+    if ( diagnostic.includedFrom ) {
+        key( ",", "relatedLocations" );
+        append( '[' );
+        inclusion( *diagnostic.includedFrom );
+        append( ']' );
+    }
+    append( '}' );
+}
+
+void Writer::rule( const std::string& code ) {
     const ErrorExplanation explanation = *explanationOf( code );
     const std::string paragraph = firstParagraph( explanation.body );
-    Json rule{ { "id", code }, { "shortDescription", textValue( explanation.title ) } };
+    member( "{", "id", code );
+    message( ",", "shortDescription", explanation.title );
     if ( !paragraph.starts_with( "```" ) ) // some titles say all
-        rule["fullDescription"] = textValue( paragraph );
-    rule["help"] = { { "text", readable( explanation.body ) }, { "markdown", explanation.body } };
-    rule["defaultConfiguration"] = { { "level", "error" } };
-    return rule;
+        message( ",", "fullDescription", paragraph );
+    key( ",", "help" );
+    member( "{", "text", readable( explanation.body ) );
+    member( ",", "markdown", explanation.body );
+    append( '}' );
+    key( ",", "defaultConfiguration" );
+    member( "{", "level", "error" );
+    append( "}}" );
 }
 
-Json rulesValue() {
-    Json rules = Json::array();
-    for ( const std::string& code : explainedCodes() )
-        rules.push_back( ruleValue( code ) );
-    return rules;
-}
-
-Json regionValue( const Diagnostic& diagnostic ) {
-    return { { "startLine", diagnostic.begin.line },
-             { "startColumn", diagnostic.begin.character },
-             { "endLine", diagnostic.end.line },
-             { "endColumn", diagnostic.end.character } };
-}
-
-Json inclusionValue( const Inclusion& inclusion ) {
-    Json location = locationValue( inclusion.file );
-    location["physicalLocation"]["region"] = { { "startLine", inclusion.line } };
-    location["message"] = textValue( printable( inclusion ) );
-    return location;
-}
-
-Json resultValue( const Diagnostic& diagnostic ) {
-    const auto codes = explainedCodes();
-    Json result{ { "ruleId", diagnostic.code } };
-    result["ruleIndex"] = std::ranges::find( codes, diagnostic.code ) - codes.begin();
-    result["level"] = "error";
-    result["message"] = textValue(
-        diagnostic.hint.empty() ? diagnostic.message : diagnostic.message + "\nhint: " + diagnostic.hint );
-    Json location = locationValue( diagnostic.file );
-    if ( diagnostic.place )
-        location["physicalLocation"]["region"] = regionValue( diagnostic );
-    result["locations"] = Json::array( { location } );
-    if ( diagnostic.includedFrom )
-        result["relatedLocations"] = Json::array( { inclusionValue( *diagnostic.includedFrom ) } );
-    return result;
+void Writer::notification( const Diagnostic& diagnostic ) {
+    key( "{", "descriptor" );
+    member( "{", "id", diagnostic.code );
+    append( '}' );
+    member( ",", "level", "error" );
+    message( ",", "message", diagnostic.message );
+    append( '}' );
 }
 
 class SarifReport final : public CheckReport {
   public:
     explicit SarifReport( Console& console ) : out_( console.out ) {}
 
+    /// The code of the error, and what is told behind it.
     [[nodiscard]] std::string describe( const AgentRun& run ) const override {
         const auto diagnostic = diagnosticOf( run, false );
-        return diagnostic ? asciiText( resultValue( *diagnostic ) ) : std::string();
+        if ( !diagnostic )
+            return {};
+        TextInMemory text;
+        text.append( diagnostic->code );
+        Writer( text ).result( *diagnostic );
+        return std::move( text ).take();
     }
     void file( const std::string& description ) override {
         begin();
-        out_.append( std::exchange( isFirst_, false ) ? "\n " : ",\n " );
-        out_.append( description );
+        const std::string code = description.substr( 0, errorCodeLength );
+        Writer writer( out_ );
+        writer.member( codes_.empty() ? "\n {" : ",\n {", "ruleId", code );
+        writer.member( ",", "ruleIndex", ruleIndex( code ) );
+        writer.append( std::string_view( description ).substr( errorCodeLength ) );
     }
-    void end( const CheckCounts& /*counts*/, ExitStatus status,
-              const std::optional<Diagnostic>& problem ) override {
-        begin();
-        Json invocation;
-        invocation["executionSuccessful"] = status != ExitStatus::trouble;
-        invocation["exitCode"] = static_cast<int>( status );
-        if ( problem )
-            invocation["toolConfigurationNotifications"] =
-                Json::array( { { { "descriptor", { { "id", problem->code } } },
-                                 { "level", "error" },
-                                 { "message", textValue( problem->message ) } } } );
-        out_.append( "],\n\"invocations\": [" + asciiText( invocation ) + "]}]}\n" );
-    }
+    void end( const CheckCounts& counts, ExitStatus status,
+              const std::optional<Diagnostic>& problem ) override;
     void usageError( const Diagnostic& diagnostic ) override { end( {}, ExitStatus::trouble, diagnostic ); }
 
   private:
     void begin() {
-        if ( std::exchange( hasBegun_, true ) )
-            return;
-        Json driver = toolValue();
-        driver["rules"] = rulesValue();
-        out_.append(
-            "{\"$schema\": \"https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/"
-            "sarif-schema-2.1.0.json\",\n\"version\": \"2.1.0\",\n\"runs\": [{\"tool\": {\"driver\": " +
-            asciiText( driver ) + "},\n\"columnKind\": \"unicodeCodePoints\",\n\"results\": [" );
+        if ( !std::exchange( hasBegun_, true ) )
+            out_.append( "{\"$schema\": \"https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/"
+                         "sarif-schema-2.1.0.json\",\n\"version\": \"2.1.0\",\n\"runs\": "
+                         "[{\"columnKind\": \"unicodeCodePoints\",\n\"results\": [" );
+    }
+    /// The rules are numbered in the order in which results name them first.
+    std::ptrdiff_t ruleIndex( const std::string& code ) {
+        const auto found = std::ranges::find( codes_, code );
+        const auto index = found - codes_.begin();
+        if ( found == codes_.end() )
+            codes_.push_back( code );
+        return index;
     }
 
     Output& out_;
     bool hasBegun_ = false;
-    bool isFirst_ = true;
+    std::vector<std::string> codes_; ///< of the results
 };
+
+void SarifReport::end( const CheckCounts& /*counts*/, ExitStatus status,
+                       const std::optional<Diagnostic>& problem ) {
+    begin();
+    Writer writer( out_ );
+    writer.append( "],\n\"tool\": {\"driver\": " );
+    writer.tool( "{" );
+    writer.key( ",", "rules" );
+    writer.list( '[', ']', ",", codes_, [&writer]( const std::string& code ) { writer.rule( code ); } );
+    writer.append( "}},\n\"invocations\": [" );
+    writer.key( "{", "executionSuccessful" );
+    writer.append( status == ExitStatus::trouble ? "false" : "true" );
+    writer.member( ",", "exitCode", static_cast<int>( status ) );
+    if ( problem ) {
+        writer.key( ",", "toolConfigurationNotifications" );
+        writer.append( '[' );
+        writer.notification( *problem );
+        writer.append( ']' );
+    }
+    writer.append( "}]}]}\n" );
+}
 
 } // namespace
 

@@ -81,8 +81,9 @@ ExitStatus WhyCommand::run( Console& console ) {
         return tellMounts( console, *run.handler->agentProfile(), record, path );
     };
     const bool isMounted = isRead && ( tell( path_ ) || tell( withoutQuotes( path_ ) ) );
+    const std::string diagnostics = diagnosticsOf( run, mayBeColoured( console.err ) );
     console.out.flush();
-    console.err.append( diagnosticsOf( run, mayBeColoured( console.err ) ) );
+    console.err.append( diagnostics );
     if ( !isRead || isMounted )
         return exitStatusFor( run.outcome );
     tellThatItIsNotMounted( console, *run.handler->agentProfile() );

@@ -123,15 +123,18 @@ class FormatsTest(unittest.TestCase):
         self.assertEqual((flags["ruleId"], flags["level"]), ("MP042", "error"))
         self.assertIn("illegal flag 'e'", flags["message"]["text"])
 
-    def test_sarif_explains_every_code(self):
-        rules = self.sarif("valid", status=0)["tool"]["driver"]["rules"]
+    def test_sarif_explains_the_codes_of_its_results(self):
+        run = self.sarif(*self.conformance_agents(), status=2)
+        rules = run["tool"]["driver"]["rules"]
         self.assertGreater(len(rules), 40)
-        self.assertEqual(len({rule["id"] for rule in rules}), len(rules))
+        self.assertEqual([rule["id"] for rule in rules],
+                         list(dict.fromkeys(result["ruleId"] for result in run["results"])))
         for rule in rules:
             self.assertIn("Right:", rule["help"]["text"])
             body = rule["help"]["markdown"].lstrip("\n")
             self.assertEqual(rule.get("fullDescription"), None if body.startswith("```") else {
                 "text": body.split("\n\n")[0].replace("\n", " ")})
+        self.assertEqual(self.sarif("valid", status=0)["tool"]["driver"]["rules"], [])
 
     def test_files_that_cannot_be_checked_are_told_too(self):
         document = self.json("nowhere", "mounts", ".", "valid", status=2)
@@ -205,11 +208,12 @@ class FormatsTest(unittest.TestCase):
             self.assertTrue(result.stderr.startswith(b"mountprofile: "))
 
     def test_names_and_texts_of_any_bytes_keep_to_the_form(self):
-        name = b"\xc3\xa9\xff \x1b[2J%,:\n\xe2\x80\xae"
+        name = b"\xc3\xa9\xff \x1b[2J%,:\n\xe2\x80\xae\xf0\x9f\x98\x80\xf4\x90\x80\x80\xed\xa0\x80"
         self.write(name, b"agentName: Fan\n/a, K, r, \"\xff\x1b\n")
         file = self.json(name, status=1)["files"][0]
-        self.assertEqual(file["file"], "\u00e9\\xFF \x1b[2J%,:\n\u202e")
-        shown = "\u00e9\\xFF \\x1B[2J%,:\\x0A\\xE2\\x80\\xAE"
+        escapes = "\\xF4\\x90\\x80\\x80\\xED\\xA0\\x80"  # behind the last character, and half of one
+        self.assertEqual(file["file"], "\u00e9\\xFF \x1b[2J%,:\n\u202e\U0001f600" + escapes)
+        shown = "\u00e9\\xFF \\x1B[2J%,:\\x0A\\xE2\\x80\\xAE\U0001f600" + escapes
         gcc = self.check("gcc", name, status=1)
         self.assertTrue(gcc.startswith(f"{shown}:2:14: error: "), gcc)
         github = self.check("github", name, status=1)
@@ -255,9 +259,6 @@ class FormatsTest(unittest.TestCase):
         shown = re.findall(r"^      = (MP\d{3}):|\[(MP09\d)\]$", text, re.M)
         self.assertEqual([a or b for a, b in shown],
                          [d["code"] for file in document["files"] for d in file["diagnostics"]])
-
-    def test_every_conformance_case_is_valid_sarif(self):
-        self.assertGreater(len(self.sarif(*self.conformance_agents(), status=2)["results"]), 100)
 
 
 class SchemaTest(unittest.TestCase):

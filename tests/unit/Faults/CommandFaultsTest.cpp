@@ -136,8 +136,17 @@ TEST_F( CommandFaultsTest, MemoryThatRunsOutIsToldInOneLine ) {
         { "show", agent },
         { "show", "--json", "--system", "ar", "--redundancy", "--config-root", configured, agent },
         { "show", invalid },
+        { "show", "--origin", agent },
+        { "show", "--json", "--origin", "--depfile", dir.path() + "/deps", agent },
         { "check", "--jobs", "1", dir.path() },
+        { "check", "--jobs", "1", "--format", "json", invalid },
+        { "check", "--jobs", "1", "--format", "sarif", invalid },
+        { "check", "--jobs", "1", "--format", "gcc", invalid },
+        { "check", "--jobs", "1", "--format", "github", invalid },
+        { "check", "--list-files", invalid },
         { "tokens", agent },
+        { "why", agent, "/a/b/c/of/some/length" },
+        { "explain", "MP042" },
     };
     long start = 0; // making the program's options is the same for all commands
     for ( const auto& command : commands ) {
