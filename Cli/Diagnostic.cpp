@@ -24,8 +24,8 @@ std::optional<Inclusion> inclusionOf( const MountProfileHdlr& handler ) {
     const ErrorDetails& details = handler.errorDetails();
     if ( details.includeMatches == 0 )
         return std::nullopt;
-    return Inclusion{ handler.errorDesc().fileName().str(), details.includeLine, details.includePattern,
-                      details.includeMatch, details.includeMatches };
+    return Inclusion{ handler.errorDesc().fileName().str(), details.includeLine,
+                      withoutMiddle( details.includePattern ), details.includeMatch, details.includeMatches };
 }
 
 void showPlace( Diagnostic& diagnostic, const std::string& content, const Marks& marks, bool coloured ) {
@@ -90,7 +90,7 @@ Diagnostic unreadableFile( const AgentRun& run, bool coloured ) {
     Diagnostic diagnostic;
     diagnostic.code = unreadableCode;
     diagnostic.file = run.agentFile;
-    diagnostic.message = printable( run.reason );
+    diagnostic.message = withoutMiddle( printable( run.reason ) );
     if ( run.handler && run.handler->errorDetails().includeLine )
         lookAtInclude( diagnostic, run, coloured );
     return diagnostic;
@@ -124,7 +124,7 @@ std::optional<Diagnostic> diagnosticOf( const AgentRun& run, bool coloured ) {
 Diagnostic usageError( std::string_view text ) {
     Diagnostic diagnostic;
     diagnostic.code = usageCode;
-    diagnostic.message = printable( text );
+    diagnostic.message = withoutMiddle( printable( text ) );
     return diagnostic;
 }
 

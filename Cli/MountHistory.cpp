@@ -1,5 +1,6 @@
 #include "Cli/MountHistory.h"
 
+#include "Cli/Diagnostic.h"
 #include "Cli/OriginNotes.h"
 #include "Cli/PrintableText.h"
 
@@ -58,11 +59,10 @@ void MountHistory::tell( const Place& place, std::string_view doing ) {
     number.insert( 0, 7 - std::min<std::size_t>( number.size(), 7 ), ' ' );
     out_.append( number + " | " + shown( sources_.line( *place.file, place.line ) ) + "\n" );
     if ( const OriginRecord::Include* include = place.include )
-        out_.append( "        = included from " +
-                     printable( *include->agentFile + ":" + std::to_string( include->line ) + " (pattern " +
-                                include->pattern ) +
-                     ", match " + std::to_string( include->number ) + " of " +
-                     std::to_string( include->matches ) + ")\n" );
+        out_.append( "        = " +
+                     printable( Inclusion{ *include->agentFile, include->line, include->pattern,
+                                           include->number, include->matches } ) +
+                     "\n" );
 }
 
 void MountHistory::headline( const PassiveMountGroup& group, const Mount& mount ) {

@@ -1,5 +1,6 @@
 #include "Cli/OriginRecord.h"
 
+#include "Cli/PrintableText.h"
 #include "ProfileStore/PassiveMountGroup.h"
 
 namespace Corvid::Cli {
@@ -40,7 +41,7 @@ OriginRecord::Group& OriginRecord::groupOf( const PassiveMountGroup& group ) {
 }
 
 void OriginRecord::includeEntered( const IncludeEntry& entry ) {
-    includes_.push_back( { std::string( entry.pattern ), entry.number, entry.matches,
+    includes_.push_back( { withoutMiddle( entry.pattern ), entry.number, entry.matches,
                            lasting( entry.origin.file ), entry.origin.line } );
 }
 

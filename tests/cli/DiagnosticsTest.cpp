@@ -124,10 +124,40 @@ TEST_F( DiagnosticsTest, aLongMessageLosesItsMiddleButTheRecordKeepsIt ) {
     EXPECT_THAT( shown( "agent" ).firstLine, HasSubstr( "near '" + word.substr( 0, 8000 ) + "', " ) );
 }
 
+TEST_F( DiagnosticsTest, aLongPatternLosesItsMiddleWhereverItIsTold ) {
+    write( "inc", "/a, T, r\n/b, T\n" );
+    write( "agent", "agentName: Fan\ninclude: inc" + std::string( 20000, '*' ) + "\n" );
+    for ( const char* const format : { "text", "json", "sarif", "gcc", "github" } ) {
+        const auto result = run( { "check", "--format", format, "agent" } );
+        const std::string told = result.out + result.err;
+        EXPECT_THAT( told, AllOf( HasSubstr( "MP010" ), SizeIs( Lt( 9000U ) ) ) ) << format;
+    }
+    const std::string cut = "*[... 13859 characters left out ...]*";
+    EXPECT_THAT( run( { "check", "agent" } ).err, HasSubstr( cut ) );
+    EXPECT_THAT( run( { "check", "--format", "json", "agent" } ).out, HasSubstr( cut ) );
+    const auto why = run( { "why", "agent", "/a" } );
+    EXPECT_THAT( why.out, AllOf( HasSubstr( cut ), SizeIs( Lt( 7000U ) ) ) );
+    EXPECT_THAT( why.err, AllOf( HasSubstr( cut ), SizeIs( Lt( 7000U ) ) ) );
+    EXPECT_THAT( run( { "show", "--json", "--origin", "--no-defaults", "agent" } ).out,
+                 AllOf( HasSubstr( cut ), SizeIs( Lt( 10000U ) ) ) );
+}
+
 TEST_F( DiagnosticsTest, aLongComplaintLosesItsMiddle ) {
     const std::string word( 100000, 'x' );
-    EXPECT_THAT( run( { "show", "agent", "--cell", word } ),
-                 Answers( 2, "", AllOf( HasSubstr( "xxx[... 9" ), SizeIs( Lt( 6300U ) ) ) ) );
+    const auto isShort = Answers( 2, "", AllOf( HasSubstr( "xxx[... 9" ), SizeIs( Lt( 6300U ) ) ) );
+    EXPECT_THAT( run( { "show", "agent", "--cell", word } ), isShort );
+    EXPECT_THAT( run( { "check", "--format", "gcc", "--" + word } ).out, SizeIs( Lt( 6300U ) ) );
+}
+
+TEST_F( DiagnosticsTest, aLongComplaintIsCutBetweenCharacters ) {
+    for ( const std::string before : { "", "x" } ) {
+        std::string word = before;
+        while ( word.size() < 20000 )
+            word += "\xC3\xA9";
+        const auto result = run( { "show", "agent", "--cell", word } );
+        EXPECT_THAT( result.err, HasSubstr( "\xC3\xA9[... 1" ) );
+        EXPECT_THAT( result.err, HasSubstr( " characters left out ...]\xC3\xA9" ) );
+    }
 }
 
 TEST_F( DiagnosticsTest, noControlByteOfAFileOrItsNameReachesTheTerminal ) {
