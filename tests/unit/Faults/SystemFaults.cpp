@@ -56,6 +56,7 @@ FaultyFunction newThread{ "std::thread" };
 namespace {
 
 unsigned long longestRead = 0;
+std::function<void()> afterEachRead;
 std::function<void()> atTheEndOfFiles;
 bool typesAreHidden = false;
 
@@ -63,6 +64,10 @@ bool typesAreHidden = false;
 
 void readsAtMost( unsigned long bytes ) noexcept {
     longestRead = bytes;
+}
+
+void afterEachReadDo( std::function<void()> action ) {
+    afterEachRead = std::move( action );
 }
 
 void atTheEndOfFilesDo( std::function<void()> action ) {
@@ -137,6 +142,8 @@ ssize_t wrappedRead( int descriptor, void* buffer, std::size_t size ) {
     if ( systemRead.fails() )
         return -1;
     const ssize_t count = realRead( descriptor, buffer, longestRead ? std::min( size, longestRead ) : size );
+    if ( count > 0 && afterEachRead )
+        afterEachRead();
     if ( count == 0 && atTheEndOfFiles )
         atTheEndOfFiles();
     return count;

@@ -48,6 +48,9 @@ extern FaultyFunction newThread; ///< of the C++ library
 /// Lets every read yield at most so many bytes; 0 for no such limit.
 void readsAtMost( unsigned long bytes ) noexcept;
 
+/// Called whenever a part of a file has been read, until told otherwise.
+void afterEachReadDo( std::function<void()> action );
+
 /// Called whenever a file has been read to its end, until told otherwise.
 void atTheEndOfFilesDo( std::function<void()> action );
 

@@ -28,6 +28,7 @@ class SystemFaultsTest : public HandlerTest {
                                            &systemOpen, &systemFstat, &systemRead } )
             function->failAt( 0 );
         readsAtMost( 0 );
+        afterEachReadDo( {} );
         atTheEndOfFilesDo( {} );
     }
 
@@ -126,6 +127,19 @@ TEST_F( SystemFaultsTest, AFileThatChangesWhileItIsReadIsNotOpened ) {
         atTheEndOfFilesDo( {} );
         EXPECT_EQ( outcome(), "valid" );
     }
+}
+
+TEST_F( SystemFaultsTest, AFileThatShrinksWhileItIsReadIsNotOpened ) {
+    const std::string text = "agentName: A\n/a, T::T, r\ninclude: inc*\n";
+    readsAtMost( 10 );
+    for ( const std::size_t left : { 0, 5, 10, 15, 38 } ) {
+        dir.file( "Agent", text );
+        afterEachReadDo( [&] { std::filesystem::resize_file( agentFile, left ); } );
+        EXPECT_EQ( outcome(), notOpened( agentFile ) ) << left;
+    }
+    afterEachReadDo( {} );
+    dir.file( "Agent", text );
+    EXPECT_EQ( outcome(), "valid" );
 }
 
 TEST_F( SystemFaultsTest, APatternForWhichThereIsNoMemoryIsNotExpanded ) {
