@@ -70,6 +70,8 @@ say "installing the command"
 apt_get install --no-install-recommends "$( file_of mountprofile )" \
     "$( file_of libcorvidmountprofilehdlr1 )"
 use command
+say "reading how it is built"
+python3 -B "$root/tests/exports/check_hardening.py" "$system"/usr/lib/*/libCorvidMountProfileHdlr.so.1 "$system/usr/bin/mountprofile"
 say "installing the development files"
 apt_get install --no-install-recommends "$( file_of libcorvidmountprofilehdlr-dev )"
 use library
