@@ -42,6 +42,17 @@ def all_commands(status, *chunks):
     yield Run("tokens", "agent", status=[VALID, INVALID], size=size)
 
 
+def all_places(status, *chunks):
+    """All that tells something of a file, for texts that stand in many places."""
+    yield from all_commands(status, *chunks)
+    size = os.path.getsize("agent")
+    for form in "json", "sarif", "gcc", "github":
+        yield Run("check", "--format", form, "agent", status=status, size=size)
+    yield Run("show", "--origin", "agent", status=status, size=size)
+    yield Run("show", "--json", "--origin", "agent", status=status, size=size)
+    yield Run("why", "agent", "/a", status=[VALID, INVALID], size=size)
+
+
 def unreadable(path="agent", **keywords):
     for command in ["check"], ["show"], ["show", "--json"], ["tokens"]:
         yield Run(*command, path, status=TROUBLE, **keywords)
@@ -112,7 +123,7 @@ def while_changing(change, runs=25):
     changer.start()
     try:
         for _ in range(runs):
-            yield Run("check", "--jobs", "1", "agent", status=[VALID, INVALID, TROUBLE], size=MIB)
+            yield Run("check", "--jobs", "1", "agent", status=[VALID, INVALID, TROUBLE])
     finally:
         over.set()
         changer.join()
@@ -185,6 +196,11 @@ def one_string_of_5_MB_in_the_wrong_place():
 @case
 def one_open_string_of_5_MB():
     yield from all_commands(INVALID, TITLE, b'"', b"a" * (5 * MIB), b"\n")
+
+
+@case
+def one_alias_of_two_keys_of_1_MB():
+    yield from all_places(INVALID, TITLE, b"alias: %", b"a" * MIB, b" = %", b"b" * MIB, b"\n")
 
 
 @case
@@ -333,54 +349,3 @@ def text_in_UTF_8():
 def text_in_UTF_16():
     for encoding in "utf-16", "utf-16-le", "utf-16-be":
         yield from all_commands(INVALID, (TITLE.decode() + "/a, T, r\n").encode(encoding))
-
-
-# ----------------------------------------------------------------------- control of a terminal, wherever text is shown --
-
-CONTROL = b"\x1b[2J\x1b]0;x\x07\x9b31m\x00\x08\x7f\r"
-
-
-@case
-def terminal_escapes_in_texts():
-    quoted = b'"' + CONTROL + b'"'
-    for line in (CONTROL + b"\n", b"/a, " + quoted + b", r\n", quoted + b", T, x\n", b"/a " + CONTROL + b"\n",
-                 quoted + b", T1, r\n" + quoted + b", T2, r\n", b'"' + CONTROL + b"\n", b"x 1." + CONTROL + b"\n",
-                 b"x \\" + CONTROL + b"\n", b"x !" + CONTROL + b"\n", b"include: " + quoted + b"\n",
-                 b"mountFilter: f\nname, " + quoted + quoted + b" x\n"):
-        yield from all_commands(INVALID, TITLE + line)
-    yield from all_commands(INVALID, b"agentName: " + quoted + b"\n")
-    yield from all_commands(VALID, TITLE + b"mountFilter: f\nname, " + quoted + b"\n" + quoted + b", T, r, f\n")
-
-
-@case
-def terminal_escapes_in_names_of_files():
-    name = CONTROL.replace(b"\0", b"")
-    directory = b"dir" + name
-    os.mkdir(directory)
-    for file, text, status in ((b"valid", TITLE, VALID), (b"wrong", TITLE + b"/a\n", INVALID), (b"part", b"/a, T, r\n", INVALID),
-                               (b"includer", TITLE + b"include: inc*\n", INVALID), (b"missing", None, TROUBLE),
-                               (b"seeker", TITLE + b"include: none\n", INVALID)):
-        path = os.path.join(directory, file + name)
-        if text:
-            write(path, text)
-        write(os.path.join(directory, b"inc" + name), b"/a\n")
-        for command in ["check"], ["show"], ["show", "--json"]:
-            yield Run(*command, path, status=status)
-        yield Run("tokens", path, status=[VALID, TROUBLE])
-    yield Run("check", directory, status=INVALID)
-
-
-@case
-def terminal_escapes_in_arguments():
-    write("agent", TITLE + b"include: ConfigMountProfile\n")
-    text = CONTROL.replace(b"\0", b"")
-    for arguments in ((text,), (b"--" + text,), (b"show", b"--" + text), (b"check", b"--jobs", text, b"agent"),
-                      (b"show", b"--cell", text, b"agent"), (b"check", b"--format", text, b"agent"), (b"explain", text)):
-        yield Run(*arguments, status=TROUBLE)
-    write("paths" + os.fsdecode(text), text + b"\n")
-    yield Run("show", "--system", "s", "--config-root", b"paths" + text, "agent", status=TROUBLE)
-    yield Run("show", "--system", "s", "--config-root", b"missing" + text, "agent", status=TROUBLE)
-    write("paths", text.replace(b"\r", b"") + b" T r\n")
-    for form in "--tree", "--json":
-        yield Run("show", form, "--system", text, "--config-root", "paths", "agent", status=VALID,
-                  environment={"K7_CHROOT": "/"})

@@ -4,42 +4,53 @@
 usage: hostile_files.py --list
        hostile_files.py COMMAND CASE [--slowdown N] [--no-memory-limit]
 
-A case is a function of hostile_cases.py or hostile_includes.py. In each run the command must end by itself, with one of the
-expected exit statuses, within the limits of time and memory, and must not write more than it may; a terminal must be safe
-from what it writes. `--slowdown` scales the limit of time, for builds with sanitizers.
+A case is a function of hostile_cases.py, hostile_includes.py or hostile_terminal.py. In each run the command must end by
+itself, with one of the expected exit statuses, within the limits of time and memory, and must not write more than it may; a
+terminal must be safe from what it writes. `--slowdown` scales the limit of time, for builds with sanitizers.
 """
 import argparse
+import codecs
 import os
+import re
 import resource
+import signal
 import subprocess
 import sys
 import tempfile
 import time
 
 import hostile_includes  # pylint: disable=unused-import # adds its cases to those of the other file
+import hostile_terminal  # pylint: disable=unused-import # so does this
 from hostile_cases import MIB, VALID, cases
 
 SECONDS = 0.1            # of processor time, for an input of less than 1 MiB,
 SECONDS_PER_MIB = 0.3    # or of more, which no longer fits into a processor's caches,
-LISTED = 4 * MIB         # or for this much output: one byte can make 20 in a list of tokens
+LISTED = 8 * MIB         # or for this much output: one byte can make 20 in a list of tokens
+WAITING = 10             # seconds until a process that takes no processor time is ended
 MEMORY = 64 * MIB        # resident, for an input of less than 1 MiB; in proportion above that
 MOST_DIAGNOSTICS = 64 << 10
 TRIES = 5                # other work on the machine can slow a run down, but never speed it up
 STEPS = 1000000
+MOST_SLOWNESS = 4
 
 
 class Output:
     """What was written to a file: not read whole, because memory that this process has used counts for its children."""
 
-    CONTROLS = bytes(set(range(32)) - {0x0a} | {0x7f})
+    # Those of one byte and of two, and characters that hide or reorder their neighbours or end a line.
+    CONTROLS = re.compile("[\0-\x09\x0b-\x1f\x7f-\x9f\u200b-\u200f\u2028-\u202e\u2060-\u206f\ufeff]")
 
     def __init__(self, file):
-        self.size, self.controls, self.beginning = 0, False, b""
+        self.size, self.controls, self.beginning = os.fstat(file.fileno()).st_size, False, b""
+        decoder = codecs.getincrementaldecoder("utf-8")()
         file.seek(0)
-        while chunk := file.read(1 << 16):
-            self.size += len(chunk)
-            self.controls |= len(chunk.translate(None, self.CONTROLS)) < len(chunk)
-            self.beginning = self.beginning or chunk[:300]
+        try:
+            while chunk := file.read(1 << 16):
+                self.beginning = self.beginning or chunk[:300]
+                self.controls |= bool(self.CONTROLS.search(decoder.decode(chunk)))
+            decoder.decode(b"", True)
+        except UnicodeDecodeError:  # a terminal with another character set may read a control
+            self.controls = True
 
 
 class Result:
@@ -51,7 +62,7 @@ class Result:
 
 
 def call(command, run, seconds):
-    """Runs the command once; the system ends it when it takes much longer than it may."""
+    """Runs the command once; the system ends it when it takes or waits much longer than it may."""
     arguments = [command, *run.arguments]
     if run.without_rights and os.geteuid() == 0:
         arguments = ["setpriv", "--bounding-set", "-dac_override,-dac_read_search", *arguments]
@@ -59,6 +70,7 @@ def call(command, run, seconds):
     def limit():
         resource.setrlimit(resource.RLIMIT_CPU, (int(10 * seconds) + 1,) * 2)
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+        signal.alarm(int(WAITING * max(1, 10 * seconds)))  # goes on in the program that takes this one's place
 
     with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
         child = subprocess.Popen(arguments, stdin=subprocess.DEVNULL, stdout=out, stderr=err, preexec_fn=limit,
@@ -91,7 +103,7 @@ def slowness():
     start = time.process_time()
     for _ in range(STEPS):
         pass
-    return max(1, (time.process_time() - start) / (STEPS * 25e-9))
+    return min(MOST_SLOWNESS, max(1, (time.process_time() - start) / (STEPS * 25e-9)))
 
 
 def verdict(command, run, options):

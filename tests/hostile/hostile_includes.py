@@ -1,10 +1,16 @@
 """The hostile files that have others read."""
-from hostile_cases import INVALID, MIB, TITLE, TROUBLE, VALID, Run, all_commands, case, write
+from hostile_cases import INVALID, MIB, TITLE, TROUBLE, VALID, Run, all_commands, all_places, case, write
 
 
 @case
 def one_include_pattern_of_1_MB():
     yield from all_commands(INVALID, TITLE, b"include: ", b"a" * (MIB - 100), b"\n")
+
+
+@case
+def one_include_pattern_of_1_MB_that_matches():
+    write("inc", b"/a, T, r\n/b\n")
+    yield from all_places(INVALID, TITLE, b"include: inc", b"*" * (MIB - 100), b"\n")
 
 
 @case
