@@ -5,6 +5,7 @@
 #include "Cli/Diagnostic.h"
 #include "Cli/Hints.h"
 #include "Cli/OrderedWork.h"
+#include "Cli/PrintableText.h"
 #include "Cli/ProgressBar.h"
 #include "Cli/SourceExcerpt.h"
 #include "Cli/SourceLines.h"
@@ -197,6 +198,10 @@ TEST( CapturedErrorsTest, whatCannotBeWrittenIsNotClaimed ) {
     }
     std::cerr.clear();
     std::cerr.rdbuf( before );
+}
+
+TEST( PrintableTextTest, ofBytesThatAreNoCharactersTheMiddleCanBeLeftOutAsWell ) {
+    EXPECT_EQ( withoutMiddle( std::string( 10000, '\x80' ) ), "[... 10000 characters left out ...]" );
 }
 
 TEST( SourceExcerptTest, thePlaceGetsACaretAndWhatIsWrongALine ) {
