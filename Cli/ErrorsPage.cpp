@@ -74,7 +74,7 @@ std::vector<std::string> knownCodes() {
     auto codes = codesBehind( sectionMark );
     std::ranges::copy( codesBehind( rowMark ), std::back_inserter( codes ) );
     std::ranges::sort( codes );
-    codes.erase( std::ranges::unique( codes ).begin(), codes.end() );
+    codes.erase( std::unique( codes.begin(), codes.end() ), codes.end() );
     return codes;
 }
 
