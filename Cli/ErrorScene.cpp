@@ -131,6 +131,8 @@ ErrorScene::ErrorScene( const MountProfileHdlr& hdlr, std::string_view source )
     wrong = source.substr( begin, std::max( hdlr.errorDetails().end, begin ) - begin );
     readStatement( begin );
     recogniseStatement();
+    commas = commasIn( text );
+    commasBefore = commasIn( before() );
 }
 
 void ErrorScene::readStatement( std::size_t begin ) {
@@ -180,12 +182,11 @@ bool ErrorScene::isExpected( std::string_view sign ) const {
 }
 
 bool ErrorScene::isInMountPath() const {
-    const std::size_t commas = commasIn( text );
-    return statement == Statement::mountLine && commasIn( before() ) == 0 && ( commas == 2 || commas == 3 );
+    return statement == Statement::mountLine && commasBefore == 0 && ( commas == 2 || commas == 3 );
 }
 
 bool ErrorScene::isInFilterKey() const {
-    return statement == Statement::filterAttribute && commasIn( before() ) == 1;
+    return statement == Statement::filterAttribute && commasBefore == 1;
 }
 
 } // namespace Corvid::Cli

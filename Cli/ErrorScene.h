@@ -61,6 +61,8 @@ struct ErrorScene {
     Statement statement = Statement::mountLine;
     std::string text;
     std::size_t wrongAt = 0;       ///< where that begins in the text which is wrong
+    std::size_t commas = 0;        ///< in the text, outside of quoted texts
+    std::size_t commasBefore = 0;  ///< those in front of what is wrong
     std::string_view word;         ///< that the text begins with; may be empty
     std::string_view afterWord;    ///< the rest of the text, without blanks around
     std::size_t lineOfComment = 0; ///< the last line before the place whose end a comment takes; or 0

@@ -68,7 +68,7 @@ bool forgetsColon( const ErrorScene& scene ) {
     constexpr std::string_view beginnings = "%=*";
     const bool goesOn = !wordAt( scene.afterWord ).empty() || scene.afterWord.empty() ||
                         beginnings.find( scene.afterWord.front() ) != std::string_view::npos;
-    const bool isMount = commasIn( scene.text ) >= 2 && !scene.rest.starts_with( '=' );
+    const bool isMount = scene.commas >= 2 && !scene.rest.starts_with( '=' );
     return scene.statement == Statement::mountLine && !keyword( scene.word ).empty() && goesOn && !isMount;
 }
 
@@ -113,7 +113,7 @@ std::string brokenLine( const ErrorScene& scene ) {
     const std::string_view below =
         scene.rest.substr( std::min( scene.rest.find( '\n' ), scene.rest.size() - 1 ) + 1 );
     const std::string_view next = withoutBlanks( below.substr( 0, below.find( '\n' ) ) );
-    const std::size_t commas = commasIn( scene.text ) + commasIn( next );
+    const std::size_t commas = scene.commas + commasIn( next );
     if ( wordAt( next ).empty() || commas < 2 || commas > 3 )
         return {};
     return "a line goes on in the next one only behind a backslash, as its last character";
@@ -165,7 +165,7 @@ std::string illegalFlag( const ErrorScene& scene ) {
 std::string filterAttribute( const ErrorScene& scene ) {
     // A line with a comma too many looks like a mount line.
     const bool isTooLong =
-        belongsToFilter( scene.previous ) && scene.code == "MP032" && commasIn( scene.before() ) == 1;
+        belongsToFilter( scene.previous ) && scene.code == "MP032" && scene.commasBefore == 1;
     if ( !isTooLong && scene.statement != Statement::filterAttribute )
         return {};
     if ( !startsWithSmallLetter( scene.word ) )
@@ -174,8 +174,8 @@ std::string filterAttribute( const ErrorScene& scene ) {
 }
 
 std::string shortMountLine( const ErrorScene& scene ) {
-    const std::size_t commas = commasIn( scene.text );
-    const bool isShort = scene.code == "MP041" ? commas == 1 : scene.isExpected( "COMMA" ) && commas < 2;
+    const bool isShort =
+        scene.code == "MP041" ? scene.commas == 1 : scene.isExpected( "COMMA" ) && scene.commas < 2;
     if ( scene.statement != Statement::mountLine || !isShort )
         return {};
     return "a mount line has three parts: PATH, TYPE, FLAGS";
@@ -195,7 +195,7 @@ std::string joinedType( const ErrorScene& scene ) {
     const std::string_view inFront = scene.content.substr( 0, scene.content.size() - scene.rest.size() );
     const bool isBetweenWords = !wordAtEndOf( inFront ).empty() && scene.rest.size() > 1 &&
                                 startsWithCapital( scene.rest.substr( 1 ) );
-    if ( scene.statement != Statement::mountLine || commasIn( scene.before() ) != 1 || !isBetweenWords ||
+    if ( scene.statement != Statement::mountLine || scene.commasBefore != 1 || !isBetweenWords ||
          !isOneOf( scene.rest.substr( 0, 1 ), { ":", ".", "/" } ) )
         return {};
     return "the parts of a type are joined with '::'";
@@ -236,9 +236,9 @@ std::string hintOfCode( const ErrorScene& scene ) {
 }
 
 std::string formOfMountLine( const ErrorScene& scene ) {
-    if ( scene.code == "MP032" && commasIn( scene.before() ) == 2 )
+    if ( scene.code == "MP032" && scene.commasBefore == 2 )
         return "flags are one word, such as rw";
-    return commasIn( scene.text ) == 0 ? "" : "write it as: PATH, TYPE, FLAGS, or: PATH, TYPE, FLAGS, FILTER";
+    return scene.commas == 0 ? "" : "write it as: PATH, TYPE, FLAGS, or: PATH, TYPE, FLAGS, FILTER";
 }
 
 /// How a statement is written that does not end where it should, or lacks a part.

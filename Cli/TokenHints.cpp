@@ -24,7 +24,7 @@ bool isInName( const ErrorScene& scene ) {
     case Statement::include:
         return true;
     case Statement::mountGroup:
-        return commasIn( scene.before() ) == 0;
+        return scene.commasBefore == 0;
     case Statement::condition:
         return isOneOf( scene.code, { "MP011", "MP070", "MP074" } );
     default:
@@ -100,7 +100,7 @@ std::string strangeSign( const ErrorScene& scene ) {
         return "a statement ends with its line, without a semicolon";
     if ( scene.statement == Statement::condition && startsWithOneOf( scene.rest, { "&", "|" } ) )
         return "comparisons can only be joined with 'and'";
-    if ( scene.statement == Statement::mountLine && commasIn( scene.before() ) == 2 &&
+    if ( scene.statement == Statement::mountLine && scene.commasBefore == 2 &&
          scene.rest.starts_with( '|' ) )
         return "flags are one word, such as rw";
     return {};
@@ -109,7 +109,7 @@ std::string strangeSign( const ErrorScene& scene ) {
 /// What is none of the path's characters.
 std::string unquotedPath( const ErrorScene& scene ) {
     const bool isStrange = isOneOf( scene.code, { "MP001", "MP010", "MP011", "MP012", "MP040" } );
-    if ( isStrange && scene.text.starts_with( "//" ) && commasIn( scene.text ) < 2 )
+    if ( isStrange && scene.text.starts_with( "//" ) && scene.commas < 2 )
         return "a comment begins with #";
     if ( isStrange && scene.isInFilterKey() )
         return "a key with such characters stands in double quotes";

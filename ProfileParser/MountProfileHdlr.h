@@ -65,6 +65,7 @@ class CORVID_API MountProfileHdlr {
     /// How many include files a run may read, each counted as often as it is read; `defaultMaxIncludedFiles`
     /// unless set. One line of a file can ask for many files, and many lines for the same ones.
     void maxIncludedFilesIs( std::size_t files ) noexcept { maxIncludedFiles_ = files; }
+    /// That number.
     [[nodiscard]] std::size_t maxIncludedFiles() const noexcept { return maxIncludedFiles_; }
     /// How many were asked for so far; more than `maxIncludedFiles()` when it was given up for that.
     [[nodiscard]] std::size_t includedFiles() const noexcept { return includedFiles_; }
