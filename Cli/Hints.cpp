@@ -69,7 +69,8 @@ bool forgetsColon( const ErrorScene& scene ) {
     const bool goesOn = !wordAt( scene.afterWord ).empty() || scene.afterWord.empty() ||
                         beginnings.find( scene.afterWord.front() ) != std::string_view::npos;
     const bool isMount = scene.commas >= 2 && !scene.rest.starts_with( '=' );
-    return scene.statement == Statement::mountLine && !keyword( scene.word ).empty() && goesOn && !isMount;
+    const bool isKeyword = !keyword( scene.word ).empty();
+    return scene.statement == Statement::mountLine && isKeyword && goesOn && !isMount;
 }
 
 std::string missingColon( const ErrorScene& scene ) {
@@ -158,8 +159,9 @@ std::string illegalFlag( const ErrorScene& scene ) {
     if ( scene.code != "MP042" || scene.wrong.find_first_not_of( legalFlags ) == std::string_view::npos )
         return {};
     const std::string small = inSmallLetters( scene.wrong );
-    return small.empty() ? "flags are single letters, in any order, and case matters: r w i c f C D S B N O"
-                         : "case matters: did you mean " + quoted( small ) + "?";
+    if ( small.empty() )
+        return "flags are single letters, in any order, and case matters: r w i c f C D S B N O";
+    return "case matters: did you mean " + quoted( small ) + "?";
 }
 
 std::string filterAttribute( const ErrorScene& scene ) {
@@ -290,7 +292,8 @@ std::string hintForNoAgentFile( std::string_view content ) {
         const std::string_view line = withoutBlanks( content.substr( 0, content.find( '\n' ) ) );
         const std::string_view word = wordAt( line );
         const std::string_view afterWord = withoutBlanks( line.substr( word.size() ) );
-        if ( keyword( word ) == "agentName" && !afterWord.empty() && afterWord.front() != '/' )
+        const bool isTitle = keyword( word ) == "agentName";
+        if ( isTitle && !afterWord.empty() && afterWord.front() != '/' )
             return "a colon is missing: agentName: ...";
         if ( !line.empty() && line.front() != '#' )
             return afterWord.starts_with( ':' ) ? didYouMean( word, { "agentName" } ) : std::string();

@@ -38,7 +38,10 @@ std::string firstDoing( const MountStep& step ) {
 }
 
 std::string attributeText( std::string_view name, std::string_view key ) {
-    return std::string( name ) + ( key.empty() ? std::string() : " = \"" + std::string( key ) + "\"" );
+    std::string text( name );
+    if ( !key.empty() )
+        text.append( " = \"" ).append( key ).append( "\"" );
+    return text;
 }
 
 /// A source line as it is shown: tabs as blanks, and not too much of it.
@@ -73,9 +76,11 @@ void MountHistory::headline( const PassiveMountGroup& group, const Mount& mount 
 void MountHistory::steps( const std::vector<MountStep>& steps ) {
     const MountStep* before = nullptr;
     for ( const MountStep& step : steps ) {
-        tell( step.place, before
-                              ? "adds " + flagsText( step.added ) + filterDoing( before->filter, step.filter )
-                              : firstDoing( step ) );
+        if ( before )
+            tell( step.place,
+                  "adds " + flagsText( step.added ) + filterDoing( before->filter, step.filter ) );
+        else
+            tell( step.place, firstDoing( step ) );
         before = &step;
     }
 }

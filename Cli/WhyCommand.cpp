@@ -80,7 +80,9 @@ ExitStatus WhyCommand::run( Console& console ) {
     const auto tell = [&]( std::string_view path ) {
         return tellMounts( console, *run.handler->agentProfile(), record, path );
     };
-    const bool isMounted = isRead && ( tell( path_ ) || tell( withoutQuotes( path_ ) ) );
+    bool isMounted = isRead && tell( path_ );
+    if ( isRead && !isMounted )
+        isMounted = tell( withoutQuotes( path_ ) );
     const std::string diagnostics = diagnosticsOf( run, mayBeColoured( console.err ) );
     console.out.flush();
     console.err.append( diagnostics );

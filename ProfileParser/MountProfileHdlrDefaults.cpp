@@ -28,8 +28,9 @@ Kiv::Ptr<Kiv::Entity> corvidEntity( const EntityManager& manager, const Kiv::Str
 
 /// Null without an entity manager, too.
 Kiv::Ptr<const ConfigRoot> configRootOf( const EntityManager* manager ) {
-    return manager ? Kiv::dynamicCast<const ConfigRoot>( corvidEntity( *manager, "Corvid/configRoot" ) )
-                   : nullptr;
+    if ( !manager )
+        return nullptr;
+    return Kiv::dynamicCast<const ConfigRoot>( corvidEntity( *manager, "Corvid/configRoot" ) );
 }
 
 /// Whether this cell works in hot standby with a peer cell.

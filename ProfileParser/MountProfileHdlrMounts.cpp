@@ -12,7 +12,9 @@ namespace {
 
 /// What stands behind the flags of a mount line.
 std::string behindFlags( const std::string& mountFilter ) {
-    return mountFilter.empty() ? "" : "," + mountFilter;
+    if ( mountFilter.empty() )
+        return {};
+    return "," + mountFilter;
 }
 
 } // namespace

@@ -165,6 +165,7 @@ const HintRow aboutStatements[] = {
     { "alias %peer = %sysname\n", "a colon is missing: alias: ..." },
     { "alias %peer = %sysname, %cellId, %cellPath\n", "a colon is missing: alias: ..." },
     { "alias %peer, K\n", "declare '%peer' in the title line, or by an alias above" },
+    { "alias: %a = % \tb\n", "declare '%b' in the title line, or by an alias above" },
     { "alias =\n", "a colon is missing: alias: ..." },
     { "include *\n", "a colon is missing: include: ..." },
     { "include\n", "a colon is missing: include: ..." },
