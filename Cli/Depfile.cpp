@@ -143,7 +143,9 @@ bool isRuleOf( const std::string& target, const std::string& file ) {
     std::string begin( target.size() + 4, '\0' );
     stream.read( begin.data(), static_cast<std::streamsize>( begin.size() ) );
     begin.resize( static_cast<std::size_t>( stream.gcount() ) );
-    return begin.starts_with( target + ":\n" ) || begin == target + ": \\\n";
+    const std::string withoutFiles = target + ":\n";
+    const std::string withFiles = target + ": \\\n";
+    return begin.starts_with( withoutFiles ) || begin == withFiles;
 }
 
 /// The file that a name leads to; that need not exist.

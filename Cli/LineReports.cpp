@@ -37,7 +37,9 @@ class GccReport final : public LineReport {
     using LineReport::LineReport;
 
     [[nodiscard]] std::string linesOf( const Diagnostic& diagnostic ) const override {
-        std::string place = diagnostic.file.empty() ? "mountprofile" : printable( diagnostic.file );
+        std::string place = printable( diagnostic.file );
+        if ( place.empty() )
+            place = "mountprofile";
         if ( diagnostic.place )
             place += ":" + std::to_string( diagnostic.place->line ) + ":" +
                      std::to_string( diagnostic.place->column );

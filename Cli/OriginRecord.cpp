@@ -46,7 +46,8 @@ void OriginRecord::includeEntered( const IncludeEntry& entry ) {
 }
 
 void OriginRecord::agentStatement( AgentStatement statement, std::string_view text, const Origin& origin ) {
-    const Statement noted{ std::string( text ), placeOf( origin ) };
+    const Place place = placeOf( origin );
+    const Statement noted{ std::string( text ), place };
     statements_[statement].push_back( noted );
     if ( statement == AgentStatement::alias )
         aliases_[noted.text].push_back( noted );

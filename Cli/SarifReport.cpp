@@ -83,8 +83,10 @@ void Writer::inclusion( const Inclusion& inclusion ) {
 
 void Writer::result( const Diagnostic& diagnostic ) {
     member( ",", "level", "error" );
-    const std::string hint = diagnostic.hint.empty() ? "" : "\nhint: " + diagnostic.hint;
-    message( ",", "message", diagnostic.message + hint );
+    std::string text = diagnostic.message;
+    if ( !diagnostic.hint.empty() )
+        text += "\nhint: " + diagnostic.hint;
+    message( ",", "message", text );
     key( ",", "locations" );
     append( '[' );
     file( diagnostic.file );

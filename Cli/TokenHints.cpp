@@ -100,8 +100,7 @@ std::string strangeSign( const ErrorScene& scene ) {
         return "a statement ends with its line, without a semicolon";
     if ( scene.statement == Statement::condition && startsWithOneOf( scene.rest, { "&", "|" } ) )
         return "comparisons can only be joined with 'and'";
-    if ( scene.statement == Statement::mountLine && scene.commasBefore == 2 &&
-         scene.rest.starts_with( '|' ) )
+    if ( scene.statement == Statement::mountLine && scene.commasBefore == 2 && scene.rest.starts_with( '|' ) )
         return "flags are one word, such as rw";
     return {};
 }
