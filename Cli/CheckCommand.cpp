@@ -1,12 +1,10 @@
 #include "Cli/CheckCommand.h"
 
 #include "Cli/AgentFileList.h"
-#include "Cli/LiteralArguments.h"
 #include "Cli/OrderedWork.h"
 #include "Cli/ProgressBar.h"
 #include "Cli/StandardInput.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -69,63 +67,12 @@ void count( const CheckedFile& file, CheckCounts& counts ) {
         ++counts.unreadable;
 }
 
-std::size_t processors() {
-    return std::max( 1U, std::thread::hardware_concurrency() );
-}
-
-std::vector<std::string> formatNames() {
-    std::vector<std::string> names;
-    for ( const ReportFormat& format : reportFormats() )
-        names.emplace_back( format.name );
-    return names;
-}
-
 /// Several threads share the stage and the store's texts; that needs counts that are atomic.
 std::size_t threadsFor( std::size_t jobs ) {
     return KIV_THREAD_SAFE_POINTERS ? jobs : 1;
 }
 
 } // namespace
-
-CheckCommand::CheckCommand( CLI::App& program )
-    : Command( *program.add_subcommand( "check", "Check files, and the agent files in directories" ) ),
-      jobs_( static_cast<unsigned>( processors() ) ) {
-    addOptions( *program.get_subcommand( "check" ) );
-}
-
-void CheckCommand::addOptions( CLI::App& app ) {
-    auto* paths =
-        app.add_option( "PATH", paths_, "Agent files, and directories: the agent files in them and below" )
-            ->required()
-            ->type_name( "" );
-    takeLiterally( *paths );
-    auto* format = app.add_option( "--format", format_, "How to tell what was found; text if not given" )
-                       ->type_name( "text|json|sarif|gcc|github" )
-                       ->check( CLI::IsMember( formatNames() ).description( "" ) );
-    auto* jobs = app.add_option( "--jobs", jobs_,
-                                 "How many files to check at a time; as many as there are processors if "
-                                 "not given" )
-                     ->type_name( "N" )
-                     ->check( CLI::Range( 1, 1024 ).description( "" ) );
-    takeLiterally( *format );
-    takeLiterally( *jobs );
-    readingOptions_.addTo( app )->excludes( format );
-    stageOptions_.addTo( app );
-    app.footer(
-        "The path - stands for a file on standard input.\n\n"
-        "Files in a directory that are not agent files, such as include files, are counted and passed "
-        "over.\n\n"
-        "The formats other than text are for programs: all is told on standard output, and nothing else is\n"
-        "there. json is described by mountprofile-check-1.schema.json; sarif is SARIF 2.1.0; gcc is one "
-        "line\n"
-        "for each error, as compilers print it; github is one command for each error that a workflow shows\n"
-        "as an annotation.\n\n"
-        "Exit status: 0 all are valid; 1 a file is invalid, or not an agent file; 2 usage error, or a file\n"
-        "that cannot be read. The highest of all files counts.\n\n"
-        "Examples:\n"
-        "  mountprofile check --jobs 4 profiles extra/Fan\n"
-        "  mountprofile check --format sarif profiles > findings.sarif" );
-}
 
 std::vector<ListedFile> CheckCommand::filesToCheck() {
     std::vector<ListedFile> files;

@@ -3,8 +3,6 @@
 #include "Cli/CommandCodes.h"
 #include "Cli/PrintableText.h"
 
-#include <CLI/CLI.hpp>
-
 namespace Corvid::Cli {
 
 void Console::complain( std::string_view text, std::string_view code ) {
@@ -14,9 +12,5 @@ void Console::complain( std::string_view text, std::string_view code ) {
 }
 
 Command::~Command() = default;
-
-bool Command::chosen() const {
-    return app_.parsed();
-}
 
 } // namespace Corvid::Cli

@@ -1,9 +1,7 @@
 #include "Cli/ExplainCommand.h"
 
 #include "Cli/ErrorsPage.h"
-#include "Cli/LiteralArguments.h"
 
-#include <CLI/CLI.hpp>
 #include <cctype>
 #include <stdexcept>
 
@@ -21,17 +19,6 @@ std::string spelled( const std::string& typed ) {
 }
 
 } // namespace
-
-ExplainCommand::ExplainCommand( CLI::App& program )
-    : Command( *program.add_subcommand( "explain", "Tell what an error means, with examples" ) ) {
-    auto& app = *program.get_subcommand( "explain" );
-    takeLiterally( *app.add_option( "CODE", code_, "The code that 'check' shows with an error" )
-                        ->required()
-                        ->type_name( "" ) );
-    app.footer( "Exit status: 0; 2 usage error, or a code that does not exist.\n\n"
-                "Example:\n"
-                "  mountprofile explain MP042" );
-}
 
 ExitStatus ExplainCommand::run( Console& console ) {
     const std::string code = spelled( code_ );

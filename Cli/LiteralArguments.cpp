@@ -1,6 +1,5 @@
 #include "Cli/LiteralArguments.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 
 namespace Corvid::Cli {
@@ -12,15 +11,6 @@ std::vector<std::string> literalArguments( int argc, const char* const* argv ) {
             argument += '\0';
     std::ranges::reverse( arguments );
     return arguments;
-}
-
-void takeLiterally( CLI::Option& option ) {
-    option.transform( []( const std::string& value ) { return withoutMarks( value ); }, "" );
-}
-
-void takeAsFileName( CLI::Option& option ) {
-    takeLiterally( option );
-    option.check( []( const std::string& value ) { return value.empty() ? "is empty" : ""; }, "" );
 }
 
 std::string withoutMarks( std::string text ) {

@@ -3,10 +3,6 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class Option;
-}
-
 namespace Corvid::Cli {
 
 // The command-line library takes `[a,b]` for a list of two values, in every option, and the argument behind
@@ -15,11 +11,6 @@ namespace Corvid::Cli {
 
 /// The arguments without the program's name, as `CLI::App::parse` wants them: the last one first.
 [[nodiscard]] std::vector<std::string> literalArguments( int argc, const char* const* argv );
-/// Takes the mark away from what an option is given.
-void takeLiterally( CLI::Option& option );
-/// The same for an option whose value names a file: it is refused when it is empty, as a variable that is not
-/// set leaves it.
-void takeAsFileName( CLI::Option& option );
 /// A text of the library's, such as that of an error, without the mark.
 [[nodiscard]] std::string withoutMarks( std::string text );
 

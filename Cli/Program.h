@@ -6,7 +6,13 @@
 #include "Cli/TokensCommand.h"
 #include "Cli/WhyCommand.h"
 
-#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace Corvid::Cli {
 
@@ -14,12 +20,15 @@ namespace Corvid::Cli {
 class Program {
   public:
     Program();
+    ~Program();
+    Program( const Program& ) = delete;
+    Program& operator=( const Program& ) = delete;
 
     /// Does what the command line asks for; what is wrong with it is told on the console.
     ExitStatus run( int argc, char** argv, Console& console );
 
     /// All commands and options, for who describes them.
-    [[nodiscard]] CLI::App& app() noexcept { return app_; }
+    [[nodiscard]] CLI::App& app() noexcept { return *app_; }
 
   private:
     ExitStatus runChosen( Console& console );
@@ -27,12 +36,12 @@ class Program {
     [[nodiscard]] std::string hintForCommandLine() const;
     void complain( Console& console, const std::string& text, const std::vector<std::string>& arguments );
 
-    CLI::App app_{ "Turns the mount-profile files of agents into mount-profile records.", "mountprofile" };
-    ShowCommand show_{ app_ };
-    CheckCommand check_{ app_ };
-    WhyCommand why_{ app_ };
-    TokensCommand tokens_{ app_ };
-    ExplainCommand explain_{ app_ };
+    std::unique_ptr<CLI::App> app_;
+    ShowCommand show_;
+    CheckCommand check_;
+    WhyCommand why_;
+    TokensCommand tokens_;
+    ExplainCommand explain_;
 };
 
 } // namespace Corvid::Cli

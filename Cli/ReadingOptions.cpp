@@ -1,30 +1,11 @@
 #include "Cli/ReadingOptions.h"
 
 #include "Cli/Depfile.h"
-#include "Cli/LiteralArguments.h"
 #include "Cli/StandardInput.h"
 
-#include <CLI/CLI.hpp>
 #include <stdexcept>
 
 namespace Corvid::Cli {
-
-CLI::Option* ReadingOptions::addTo( CLI::App& command ) {
-    constexpr auto group = "Input options";
-    takeAsFileName( *command
-                         .add_option( "--stdin-path", stdinPath_,
-                                      "Where the file that is read from standard input, as -, would lie" )
-                         ->type_name( "PATH" )
-                         ->group( group ) );
-    takeAsFileName( *command
-                         .add_option( "--depfile", depfile_,
-                                      "Write the files that are read to FILE, as a rule for make or ninja" )
-                         ->type_name( "FILE" )
-                         ->group( group ) );
-    return command
-        .add_flag( "--list-files", listFiles_, "Print the files that are read, one a line, and nothing else" )
-        ->group( group );
-}
 
 ListedFile ReadingOptions::named( const std::string& path ) {
     if ( path != standardInputPath )

@@ -3,36 +3,13 @@
 #include "Cli/AgentRun.h"
 #include "Cli/Diagnostic.h"
 #include "Cli/JsonOrigins.h"
-#include "Cli/LiteralArguments.h"
 #include "Cli/OriginRecord.h"
 #include "Cli/TreeWriter.h"
 #include "ProfileDocument/JsonDocument.h"
 
-#include <CLI/CLI.hpp>
 #include <stdexcept>
 
 namespace Corvid::Cli {
-
-ShowCommand::ShowCommand( CLI::App& program )
-    : Command( *program.add_subcommand( "show", "Print the profile record that an agent file yields" ) ) {
-    addOptions( *program.get_subcommand( "show" ) );
-}
-
-void ShowCommand::addOptions( CLI::App& app ) {
-    takeLiterally( *app.add_option( "FILE", file_, "The agent file" )->required()->type_name( "" ) );
-    auto* json = app.add_flag( "--json", json_, "Print one JSON object" );
-    auto* tree = app.add_flag( "--tree", tree_, "Print for people (the default)" )->excludes( json );
-    app.add_flag( "--origin", origin_, "Tell for everything the file and line that gave it" );
-    readingOptions_.addTo( app )->excludes( json )->excludes( tree );
-    stageOptions_.addTo( app );
-    app.footer(
-        "The FILE - stands for a file on standard input.\n\n"
-        "Exit status: 0 valid; 1 invalid, or not an agent file; 2 usage error, or a file that cannot be\n"
-        "read.\n\n"
-        "Examples:\n"
-        "  mountprofile show profiles/Fan\n"
-        "  mountprofile show --json --system ar --redundancy --cell 2 profiles/Fan" );
-}
 
 void ShowCommand::print( Console& console, const AgentRun& run, const OriginRecord* origins ) const {
     if ( json_ && origins )

@@ -1,10 +1,8 @@
 #include "Cli/StageOptions.h"
 
 #include "Cell/Cell.h"
-#include "Cli/LiteralArguments.h"
 #include "EmbeddedPlatform.h"
 
-#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -50,34 +48,6 @@ std::vector<ConfiguredPath> readConfiguredPaths( const std::string& fileName ) {
 }
 
 } // namespace
-
-void StageOptions::addTo( CLI::App& command ) {
-    constexpr auto group = "Stage options (what surrounds the agent: its mounts may depend on it)";
-    command.add_flag( "--no-defaults", noDefaults_, "Leave out the mounts that every agent gets" )
-        ->group( group );
-    auto* system =
-        command.add_option( "--system", system_, "Run with an entity manager of that system name" )
-            ->type_name( "NAME" )
-            ->group( group );
-    command.add_flag( "--redundancy", redundancy_, "The system is one of a redundant pair" )
-        ->needs( system )
-        ->group( group );
-    auto* cell =
-        command.add_option( "--cell", cell_, "The cell that this machine is: 0, 1 or 2; 1 if not given" )
-            ->type_name( "N" )
-            ->check( CLI::Range( 0, 2 ).description( "" ) )
-            ->group( group );
-    auto* configRoot =
-        command
-            .add_option( "--config-root", configRootFile_,
-                         "The configured paths, one 'path type flags' a line; flags may be missing" )
-            ->type_name( "FILE" )
-            ->needs( system )
-            ->group( group );
-    takeLiterally( *system );
-    takeLiterally( *cell );
-    takeAsFileName( *configRoot );
-}
 
 Stage StageOptions::setUp() const {
     using Redundancy::Mode;

@@ -2,11 +2,9 @@
 
 #include "Cli/AgentRun.h"
 #include "Cli/CommandCodes.h"
-#include "Cli/LiteralArguments.h"
 #include "Cli/PrintableText.h"
 #include "ProfileParser/TokenListing.h"
 
-#include <CLI/CLI.hpp>
 #include <stdexcept>
 
 namespace Corvid::Cli {
@@ -39,22 +37,6 @@ void writeError( Output& out, const RecognitionError& error ) {
 }
 
 } // namespace
-
-TokensCommand::TokensCommand( CLI::App& program )
-    : Command(
-          *program.add_subcommand( "tokens", "Print what the parser sees of a file, one token a line" ) ) {
-    auto& app = *program.get_subcommand( "tokens" );
-    takeLiterally(
-        *app.add_option( "FILE", file_, "An agent file or an include file" )->required()->type_name( "" ) );
-    app.footer(
-        "A line is 'TYPE NAME LINE:COLUMN TEXT'. The parser counts columns from 0, but from -1 on the first\n"
-        "line; it sees a line end behind the end of every file. Bytes that are not printable ASCII, and the\n"
-        "backslash, are written as \\xNN.\n\n"
-        "Exit status: 0; 1 when a token is in error (then the last line is 'ERROR KIND DESCRIPTION'); 2\n"
-        "usage error, or a file that cannot be read.\n\n"
-        "Example:\n"
-        "  mountprofile tokens profiles/Fan" );
-}
 
 ExitStatus TokensCommand::run( Console& console ) {
     RecognitionError error;

@@ -2,13 +2,10 @@
 
 #include "Cli/CommandCodes.h"
 #include "Cli/Diagnostic.h"
-#include "Cli/LiteralArguments.h"
 #include "Cli/MountHistory.h"
 #include "Cli/MountSearch.h"
 #include "Cli/PrintableText.h"
 #include "ProfileParser/MountPath.h"
-
-#include <CLI/CLI.hpp>
 
 namespace Corvid::Cli {
 
@@ -27,24 +24,6 @@ std::string withoutQuotes( std::string_view text ) {
 }
 
 } // namespace
-
-WhyCommand::WhyCommand( CLI::App& program )
-    : Command( *program.add_subcommand( "why", "Tell which lines made a mount what it is" ) ) {
-    addOptions( *program.get_subcommand( "why" ) );
-}
-
-void WhyCommand::addOptions( CLI::App& app ) {
-    takeLiterally( *app.add_option( "FILE", file_, "The agent file" )->required()->type_name( "" ) );
-    takeLiterally( *app.add_option( "PATH", path_, "The path, as 'show' prints it or as the file has it" )
-                        ->required()
-                        ->type_name( "" ) );
-    stageOptions_.addTo( app );
-    app.footer( "'default' stands in place of a line for what every agent gets.\n\n"
-                "Exit status: 0 the path is mounted; 1 it is not, or the file is invalid, or not an agent\n"
-                "file; 2 usage error, or a file that cannot be read.\n\n"
-                "Example:\n"
-                "  mountprofile why profiles/Fan /hardware/fan/%chassis/%slot" );
-}
 
 bool WhyCommand::tellMounts( Console& console, const PassiveAgentProfile& profile, const OriginRecord& record,
                              std::string_view path ) {
