@@ -110,6 +110,15 @@ TEST_F( DepfileTest, linksAreFollowedAndModesKept ) {
     EXPECT_EQ( status.st_mode & 07777U, 0640U );
 }
 
+TEST_F( DepfileTest, aNewOneIsForWhomTheUsersMaskAllows ) {
+    const mode_t mask = ::umask( 027 );
+    EXPECT_THAT( checkWith( "stamp.d" ), Answers( 0, _, "" ) );
+    ::umask( mask );
+    struct stat status {};
+    ASSERT_EQ( ::stat( ( directory() / "stamp.d" ).c_str(), &status ), 0 );
+    EXPECT_EQ( status.st_mode & 07777U, 0640U );
+}
+
 TEST_F( DepfileTest, aPipeIsWrittenTo ) {
     const std::string pipe = directory() / "pipe";
     ASSERT_EQ( ::mkfifo( pipe.c_str(), 0600 ), 0 );

@@ -63,6 +63,15 @@ TEST_F( WhyTest, shortPathsAreNotTakenForEachOther ) {
     EXPECT_EQ( complaintAbout( "abd" ), "abd\n  did you mean 'abc'?\n" );
 }
 
+TEST_F( WhyTest, longPathsMayHaveSixTypos ) {
+    const std::string path( 60, 'a' );
+    write( "agent", "agentName: Fan\n/" + path + ", Fan::T, r\n" );
+    const std::string sixTypos = std::string( 6, 'b' ) + path.substr( 6 );
+    EXPECT_EQ( complaintAbout( sixTypos ), sixTypos + "\n  did you mean '" + path + "'?\n" );
+    const std::string sevenTypos = std::string( 7, 'b' ) + path.substr( 7 );
+    EXPECT_EQ( complaintAbout( sevenTypos ), sevenTypos + "\n" );
+}
+
 TEST_F( WhyTest, everyLineOfAMountTellsWhatItChanges ) {
     write( "agent", "agentName: Fan\nmountFilter: f\nmountFilter: g\n/a, Fan::A, ri\n/a, Fan::A, wc, f\n"
                     "/a, Fan::A, r, f\n/a, Fan::A, w, g\n/a, Fan::A, B\n/b, Fan::B, r\n" );
