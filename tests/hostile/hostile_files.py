@@ -29,7 +29,8 @@ LISTED = 8 * MIB         # or for this much output: one byte can make 20 in a li
 WAITING = 10             # seconds until a process that takes no processor time is ended
 MEMORY = 64 * MIB        # resident, for an input of less than 1 MiB; in proportion above that
 MOST_DIAGNOSTICS = 64 << 10
-TRIES = 5                # other work on the machine can slow a run down, but never speed it up
+TRIES = 10               # other work on the machine can slow a run down, but never speed it up;
+PAUSE = 0.3              # such work comes and goes, so the tries are some seconds apart
 STEPS = 1000000
 MOST_SLOWNESS = 4
 
@@ -111,11 +112,14 @@ def verdict(command, run, options):
     size = run.size / MIB
     memory = None if options.no_memory_limit else MEMORY * max(1, size)
     reading = SECONDS if size < 1 else SECONDS_PER_MIB * size
-    for _ in range(TRIES if memory else 1):
+    slowest = 1
+    for attempt in range(TRIES if memory else 1):
+        time.sleep(PAUSE * attempt)
         result = call(command, run, reading * options.slowdown)
         seconds = max(reading, SECONDS * result.out.size / LISTED) * options.slowdown
         if result.seconds > seconds:
-            seconds *= slowness()
+            slowest = max(slowest, slowness())
+            seconds *= slowest
         if options.verbose:
             print(f"{result.seconds:6.3f} of {seconds:6.3f} s {result.memory / MIB:6.1f} MiB {result.out.size:9} + "
                   f"{result.err.size:7} bytes, size {run.size:8}: {run.arguments}")
