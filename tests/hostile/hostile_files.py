@@ -112,7 +112,7 @@ def verdict(command, run, options):
     size = run.size / MIB
     memory = None if options.no_memory_limit else MEMORY * max(1, size)
     reading = SECONDS if size < 1 else SECONDS_PER_MIB * size
-    slowest = 1
+    slowest = 1  # of all moments: so a run is not failed by a slow one that `slowness` came too late to see
     for attempt in range(TRIES if memory else 1):
         time.sleep(PAUSE * attempt)
         result = call(command, run, reading * options.slowdown)
