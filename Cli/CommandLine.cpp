@@ -41,6 +41,35 @@ std::vector<std::string> formatNames() {
     return names;
 }
 
+void addStageOptions( CLI::App& command, StageOptions& options ) {
+    constexpr auto group = "Stage options (what surrounds the agent: its mounts may depend on it)";
+    command.add_flag( "--no-defaults", options.noDefaults, "Leave out the mounts that every agent gets" )
+        ->group( group );
+    auto* system =
+        command.add_option( "--system", options.system, "Run with an entity manager of that system name" )
+            ->type_name( "NAME" )
+            ->group( group );
+    command.add_flag( "--redundancy", options.redundancy, "The system is one of a redundant pair" )
+        ->needs( system )
+        ->group( group );
+    auto* cell =
+        command
+            .add_option( "--cell", options.cell, "The cell that this machine is: 0, 1 or 2; 1 if not given" )
+            ->type_name( "N" )
+            ->check( CLI::Range( 0, 2 ).description( "" ) )
+            ->group( group );
+    auto* configRoot =
+        command
+            .add_option( "--config-root", options.configRootFile,
+                         "The configured paths, one 'path type flags' a line; flags may be missing" )
+            ->type_name( "FILE" )
+            ->needs( system )
+            ->group( group );
+    takeLiterally( *system );
+    takeLiterally( *cell );
+    takeAsFileName( *configRoot );
+}
+
 } // namespace
 
 bool Command::chosen() const {
@@ -64,34 +93,6 @@ CLI::Option* ReadingOptions::addTo( CLI::App& command ) {
         ->group( group );
 }
 
-void StageOptions::addTo( CLI::App& command ) {
-    constexpr auto group = "Stage options (what surrounds the agent: its mounts may depend on it)";
-    command.add_flag( "--no-defaults", noDefaults_, "Leave out the mounts that every agent gets" )
-        ->group( group );
-    auto* system =
-        command.add_option( "--system", system_, "Run with an entity manager of that system name" )
-            ->type_name( "NAME" )
-            ->group( group );
-    command.add_flag( "--redundancy", redundancy_, "The system is one of a redundant pair" )
-        ->needs( system )
-        ->group( group );
-    auto* cell =
-        command.add_option( "--cell", cell_, "The cell that this machine is: 0, 1 or 2; 1 if not given" )
-            ->type_name( "N" )
-            ->check( CLI::Range( 0, 2 ).description( "" ) )
-            ->group( group );
-    auto* configRoot =
-        command
-            .add_option( "--config-root", configRootFile_,
-                         "The configured paths, one 'path type flags' a line; flags may be missing" )
-            ->type_name( "FILE" )
-            ->needs( system )
-            ->group( group );
-    takeLiterally( *system );
-    takeLiterally( *cell );
-    takeAsFileName( *configRoot );
-}
-
 ShowCommand::ShowCommand( CLI::App& program )
     : Command( *program.add_subcommand( "show", "Print the profile record that an agent file yields" ) ) {
     addOptions( *program.get_subcommand( "show" ) );
@@ -103,7 +104,7 @@ void ShowCommand::addOptions( CLI::App& app ) {
     auto* tree = app.add_flag( "--tree", tree_, "Print for people (the default)" )->excludes( json );
     app.add_flag( "--origin", origin_, "Tell for everything the file and line that gave it" );
     readingOptions_.addTo( app )->excludes( json )->excludes( tree );
-    stageOptions_.addTo( app );
+    addStageOptions( app, stageOptions_ );
     app.footer(
         "The FILE - stands for a file on standard input.\n\n"
         "Exit status: 0 valid; 1 invalid, or not an agent file; 2 usage error, or a file that cannot be\n"
@@ -136,7 +137,7 @@ void CheckCommand::addOptions( CLI::App& app ) {
     takeLiterally( *format );
     takeLiterally( *jobs );
     readingOptions_.addTo( app )->excludes( format );
-    stageOptions_.addTo( app );
+    addStageOptions( app, stageOptions_ );
     app.footer(
         "The path - stands for a file on standard input.\n\n"
         "Files in a directory that are not agent files, such as include files, are counted and passed "
@@ -163,7 +164,7 @@ void WhyCommand::addOptions( CLI::App& app ) {
     takeLiterally( *app.add_option( "PATH", path_, "The path, as 'show' prints it or as the file has it" )
                         ->required()
                         ->type_name( "" ) );
-    stageOptions_.addTo( app );
+    addStageOptions( app, stageOptions_ );
     app.footer( "'default' stands in place of a line for what every agent gets.\n\n"
                 "Exit status: 0 the path is mounted; 1 it is not, or the file is invalid, or not an agent\n"
                 "file; 2 usage error, or a file that cannot be read.\n\n"

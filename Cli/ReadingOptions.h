@@ -9,6 +9,7 @@
 #include <string>
 
 namespace CLI {
+class App;
 class Option;
 }
 

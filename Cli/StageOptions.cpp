@@ -54,18 +54,18 @@ Stage StageOptions::setUp() const {
     namespace Platform = Kiv::Embedded;
 
     Stage stage;
-    stage.addDefaults = !noDefaults_;
-    Platform::cellIdIs( cell_ );
-    if ( !system_ )
+    stage.addDefaults = !noDefaults;
+    Platform::cellIdIs( cell );
+    if ( !system )
         return stage;
-    stage.entityManager = Platform::newEntityManager( *system_, !redundancy_ );
-    const std::string root = "/" + *system_ + "/Corvid/";
-    const Mode mode = redundancy_ ? Mode::hotStandby : Mode::none;
+    stage.entityManager = Platform::newEntityManager( *system, !redundancy );
+    const std::string root = "/" + *system + "/Corvid/";
+    const Mode mode = redundancy ? Mode::hotStandby : Mode::none;
     Platform::entityIs( root + Cell::path( "redundancy/status", 0 ).str(),
                         Platform::newRedundancyStatus( mode, mode ) );
-    if ( configRootFile_ )
+    if ( configRootFile )
         Platform::entityIs( root + "Corvid/configRoot",
-                            Platform::newConfigRoot( readConfiguredPaths( *configRootFile_ ), true ) );
+                            Platform::newConfigRoot( readConfiguredPaths( *configRootFile ), true ) );
     return stage;
 }
 

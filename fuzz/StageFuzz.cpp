@@ -1,6 +1,6 @@
 // What surrounds an agent file: stage options, environment and configuration root. The parts of the input are
-// the arguments, one a line, NAME=VALUE for a variable of the environment; the file of the configured paths;
-// the agent file.
+// the words of the command line, one a line, NAME=VALUE for a variable of the environment; the file of the
+// configured paths; the agent file.
 
 #include "InputDirectory.h"
 #include "Laws.h"
@@ -8,7 +8,6 @@
 #include "Cli/StageOptions.h"
 #include "EmbeddedPlatform.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -19,12 +18,6 @@ namespace CorvidFuzz {
 namespace {
 
 constexpr std::array variables{ "K7_CHROOT", "AGENT_WAIT_FOR_READY", "ACTIVE_CELLID" };
-constexpr char configRootOption[] = "--config-root";
-
-struct Arguments {
-    std::vector<std::string> options; ///< in their order
-    Corvid::Cli::StageOptions stageOptions;
-};
 
 std::vector<std::string> linesOf( std::string_view text ) {
     std::vector<std::string> lines;
@@ -43,18 +36,35 @@ bool setsVariable( const std::string& line ) {
     return true;
 }
 
-/// The options that the lines give; nothing when the command would refuse them.
-std::optional<Corvid::Cli::StageOptions> parsed( std::vector<std::string> options ) {
-    std::optional<Corvid::Cli::StageOptions> stageOptions( std::in_place );
-    CLI::App app;
-    stageOptions->addTo( app );
-    std::ranges::reverse( options ); // as CLI11 takes them
-    try {
-        app.parse( options );
-    } catch ( const CLI::ParseError& ) {
-        stageOptions.reset();
+bool isCell( const std::string& word ) {
+    return word.size() == 1 && word[0] >= '0' && word[0] <= '2';
+}
+
+/// What the words ask for; nothing when the command would refuse them.
+/// @param configRoot is the file of the configured paths, whatever its name is in the words.
+std::optional<Corvid::Cli::StageOptions> stageOptionsOf( const std::vector<std::string>& words,
+                                                         const std::string& configRoot ) {
+    Corvid::Cli::StageOptions options;
+    for ( auto word = words.begin(); word != words.end(); ++word ) {
+        if ( *word == "--no-defaults" )
+            options.noDefaults = true;
+        else if ( *word == "--redundancy" )
+            options.redundancy = true;
+        else if ( word + 1 == words.end() )
+            return std::nullopt;
+        else if ( *word == "--system" )
+            options.system = *++word;
+        else if ( *word == "--cell" && isCell( word[1] ) )
+            options.cell = static_cast<unsigned>( ( *++word )[0] - '0' );
+        else if ( *word == "--config-root" ) {
+            options.configRootFile = configRoot;
+            ++word;
+        } else
+            return std::nullopt;
     }
-    return stageOptions;
+    if ( !options.system && ( options.redundancy || options.configRootFile ) )
+        return std::nullopt;
+    return options;
 }
 
 /// The platform as the options have it; taken back at the end.
@@ -86,19 +96,18 @@ class Platform {
 void runStage( const std::vector<std::string_view>& parts ) {
     static InputDirectory directory;
     const Platform platform;
-    std::vector<std::string> options;
+    std::vector<std::string> words;
     for ( const std::string& line : linesOf( parts[0] ) )
-        if ( !setsVariable( line ) && !line.starts_with( std::string( configRootOption ) + "=" ) )
-            options.push_back( line );
+        if ( !setsVariable( line ) )
+            words.push_back( line );
     const std::string configRoot = directory.write( "paths", parts[1] );
-    const auto named = std::ranges::find( options, configRootOption );
-    const bool hasConfigRoot = named != options.end() && named + 1 != options.end();
-    if ( hasConfigRoot )
-        *( named + 1 ) = configRoot;
-    if ( !hasConfigRoot ) // a test root without configured paths is a trap of the environment's
+    const auto stageOptions = stageOptionsOf( words, configRoot );
+    if ( !stageOptions )
+        return;
+    if ( !stageOptions
+              ->configRootFile ) // a test root without configured paths is a trap of the environment's
         ::unsetenv( "K7_CHROOT" );
-    const auto stageOptions = parsed( options );
-    const auto stage = stageOptions ? Platform::setUp( *stageOptions, configRoot ) : std::nullopt;
+    const auto stage = Platform::setUp( *stageOptions, configRoot );
     if ( !stage )
         return;
     RunOptions runOptions;
