@@ -31,6 +31,8 @@ class Dev(unittest.TestCase):
         self.programs = os.path.join(self.root, "programs")
         os.mkdir(self.programs)
         shutil.copy(DEV, self.root)
+        os.mkdir(os.path.join(self.root, "scripts"))
+        shutil.copy(os.path.join(os.path.dirname(DEV), "scripts", "fuzz"), os.path.join(self.root, "scripts"))
         os.mkdir(os.path.join(self.root, "fuzz"))
         self.write("fuzz/CMakeLists.txt", "corvid_fuzz_target(lexer Lexer.cpp)\n")
         self.write("CMakePresets.json", "{}\n")
@@ -112,6 +114,22 @@ class Dev(unittest.TestCase):
                             ("kill -TERM $$", "the fuzzer was ended by a signal: TERM")):
             self.program("../build/fuzz/bin/fuzz_lexer", end)
             self.assertEqual(self.dev("fuzz", "lexer", status=1).splitlines()[-1], f"dev: lexer: {reason}")
+
+    def test_what_one_fuzzer_finds_does_not_stop_the_others(self):
+        targets = ["lexer", "condition", "stage", "document"]
+        self.write("fuzz/CMakeLists.txt", "".join(f"corvid_fuzz_target({target} Any.cpp)\n" for target in targets))
+        self.program("cmake", PROGRAMS["cmake"].replace("release", "fuzz"))
+        self.program("nproc", "echo 2")
+        os.makedirs(os.path.join(self.root, "build", "fuzz", "bin"))
+        for target in targets:
+            self.program(f"../build/fuzz/bin/fuzz_{target}", f"""
+                echo '{target} says'; echo 'stat::number_of_executed_units: 1200'; echo 'stat::average_exec_per_sec:     40'
+                exit {77 * (target == "lexer")}""")
+        told = self.dev("fuzz", "all", "1", status=1)
+        for target in targets:
+            self.assertEqual(f"{target} says" in told, target == "lexer")
+            self.assertEqual(f"dev: {target}: 1200 inputs, 40 a second, no finding\n" in told, target != "lexer")
+        self.assertIn("dev: lexer: found an input", told)
 
     def test_building_takes_nothing_that_only_tests_need(self):
         source = os.path.dirname(os.path.abspath(DEV))
