@@ -6,21 +6,21 @@
 
 namespace Corvid::Cli {
 
-Output::Output( int descriptor ) : TextSink( std::size_t{ 1 } << 16 ), descriptor_( descriptor ) {
-    buffer_.reserve( capacity_ );
+Output::Output( int descriptor ) : descriptor_( descriptor ) {
+    discard();
 }
 
 void Output::flush() {
-    write( buffer_ );
-    buffer_.clear();
+    write( { buffer_.get(), next() } );
+    discard();
 }
 
-void Output::makeRoom( std::string_view text ) {
+void Output::appendToFull( std::string_view text ) {
     flush();
-    if ( text.size() >= capacity_ )
+    if ( text.size() > capacity )
         write( text );
     else
-        buffer_.append( text );
+        append( text );
 }
 
 void Output::write( std::string_view text ) {

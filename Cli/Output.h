@@ -2,6 +2,7 @@
 
 #include "ProfileDocument/TextSink.h"
 
+#include <memory>
 #include <string_view>
 
 namespace Corvid::Cli {
@@ -16,16 +17,19 @@ class Output final : public TextSink {
 
     void flush();
     /// Forgets what has not been written yet: of a document that cannot be finished.
-    void discard() noexcept { buffer_.clear(); }
+    void discard() noexcept { bufferIs( buffer_.get(), buffer_.get() + capacity ); }
 
     /// `errno` of the first write that failed, or 0.
     [[nodiscard]] int failure() const noexcept { return failure_; }
     [[nodiscard]] bool isTerminal() const noexcept;
 
   private:
-    void makeRoom( std::string_view text ) override;
+    static constexpr std::size_t capacity = std::size_t{ 1 } << 16;
+
+    void appendToFull( std::string_view text ) override;
     void write( std::string_view text );
 
+    std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>( capacity );
     int descriptor_;
     int failure_ = 0;
 };

@@ -10,4 +10,12 @@ void TextSink::appendNumber( std::int64_t number ) {
     append( std::string_view( digits, static_cast<std::size_t>( end - digits ) ) );
 }
 
+void TextInMemory::appendToFull( std::string_view text ) {
+    constexpr std::size_t roomAtFirst = 1024;
+    const std::size_t before = size();
+    text_.resize( std::max( 2 * before + roomAtFirst, before + text.size() ) );
+    bufferIs( text_.data() + before, text_.data() + text_.size() );
+    append( text );
+}
+
 } // namespace Corvid

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -8,44 +9,57 @@
 
 namespace Corvid {
 
-/// Takes a text piece by piece. What becomes of it, and when, is the derived class's business.
+/// Takes a text piece by piece, into a buffer. What becomes of it, and when, is the derived class's business.
 class TextSink {
   public:
     TextSink( const TextSink& ) = delete;
     TextSink& operator=( const TextSink& ) = delete;
 
     void append( std::string_view text ) {
-        if ( text.size() >= capacity_ - buffer_.size() )
-            makeRoom( text );
+        if ( text.size() > static_cast<std::size_t>( end_ - next_ ) ) [[unlikely]]
+            appendToFull( text );
         else
-            buffer_.append( text );
+            next_ = std::copy( text.begin(), text.end(), next_ );
     }
     void append( char c ) { append( std::string_view( &c, 1 ) ); }
     void appendNumber( std::int64_t number );
 
   protected:
-    /// @param capacity in bytes: the buffer always stays smaller.
-    explicit TextSink( std::size_t capacity ) : capacity_( capacity ) {}
+    TextSink() = default;
     virtual ~TextSink() = default;
 
-    /// Called for a text that no longer fits. Has to take that text, and what is in the buffer before it.
-    virtual void makeRoom( std::string_view text ) = 0;
+    /// Called for a text that no longer fits. Has to take it, behind what is in the buffer.
+    virtual void appendToFull( std::string_view text ) = 0;
 
-    const std::size_t capacity_;
-    std::string buffer_;
+    /// Gives the buffer, which is the derived class's own.
+    void bufferIs( char* next, char* end ) noexcept {
+        next_ = next;
+        end_ = end;
+    }
+    [[nodiscard]] const char* next() const noexcept { return next_; }
+
+  private:
+    char* next_ = nullptr; ///< where the next character goes
+    char* end_ = nullptr;
 };
 
 /// Keeps the whole text in memory.
 class TextInMemory final : public TextSink {
   public:
-    TextInMemory() : TextSink( std::string().max_size() ) {}
+    TextInMemory() { bufferIs( text_.data(), text_.data() ); }
 
-    [[nodiscard]] std::string take() && { return std::move( buffer_ ); }
+    [[nodiscard]] std::string take() && {
+        text_.resize( size() );
+        return std::move( text_ );
+    }
 
   private:
-    // GCOVR_EXCL_START: no text is that long
-    void makeRoom( std::string_view text ) override { buffer_.append( text ); }
-    // GCOVR_EXCL_STOP
+    [[nodiscard]] std::size_t size() const noexcept {
+        return static_cast<std::size_t>( next() - text_.data() );
+    }
+    void appendToFull( std::string_view text ) override;
+
+    std::string text_; ///< and room behind it
 };
 
 } // namespace Corvid

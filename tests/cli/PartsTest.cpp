@@ -27,19 +27,23 @@ namespace {
 using namespace Corvid::Cli;
 using namespace std::chrono_literals;
 
-class ProgressBarTest : public CommandTest {
+class OutputTest : public CommandTest {
   protected:
-    ProgressBarTest()
-        : descriptor_( ::open( ( directory() / "bar" ).c_str(), O_CREAT | O_WRONLY, 0600 ) ),
+    OutputTest()
+        : descriptor_( ::open( ( directory() / "out" ).c_str(), O_CREAT | O_WRONLY, 0600 ) ),
           out_( descriptor_ ) {}
-    ~ProgressBarTest() override { ::close( descriptor_ ); }
+    ~OutputTest() override { ::close( descriptor_ ); }
     [[nodiscard]] std::string shown() {
         out_.flush();
-        return readFile( directory() / "bar" );
+        return readFile( directory() / "out" );
     }
 
     int descriptor_;
     Output out_;
+};
+
+class ProgressBarTest : public OutputTest {
+  protected:
     const ProgressBar::Clock::time_point start_{ 1h };
 };
 
@@ -81,6 +85,38 @@ Result next( OrderedWork<Result>& work ) {
     for ( ;; )
         if ( const auto result = work.take( 1min ) )
             return *result;
+}
+
+/// What a sink took of pieces whose lengths surround a buffer's.
+std::string appendPiecesTo( TextSink& sink, std::size_t buffer ) {
+    std::string all;
+    for ( const std::size_t before : { std::size_t{ 0 }, std::size_t{ 1 }, buffer / 2, buffer } )
+        for ( const std::size_t size : { buffer - 1, buffer, buffer + 1, 3 * buffer, buffer - before } ) {
+            for ( const std::string& piece :
+                  { std::string( before, 'b' ), std::string( size, 's' ), std::string() } ) {
+                sink.append( piece );
+                all += piece;
+            }
+            sink.appendNumber( std::numeric_limits<std::int64_t>::min() );
+            sink.append( '\n' );
+            all += "-9223372036854775808\n";
+        }
+    return all;
+}
+
+TEST_F( OutputTest, takesPiecesOfAnyLength ) {
+    const std::string written = appendPiecesTo( out_, std::size_t{ 1 } << 16 );
+    EXPECT_TRUE( shown() == written );
+}
+
+TEST( TextInMemoryTest, takesPiecesOfAnyLength ) {
+    TextInMemory text;
+    const std::string written = appendPiecesTo( text, 1024 );
+    EXPECT_TRUE( std::move( text ).take() == written );
+    EXPECT_EQ( TextInMemory().take(), "" );
+    TextInMemory character;
+    character.append( 'c' );
+    EXPECT_EQ( std::move( character ).take(), "c" );
 }
 
 TEST( OrderedWorkTest, resultsComeInOrderWhateverIsReadyFirst ) {
