@@ -52,7 +52,8 @@ class ParserScene {
     }
 
   private:
-    /// With the NUL behind the text that the readers rely on, and nothing more: a sanitizer sees what is read beyond.
+    /// With the NUL behind the text that the readers rely on, and nothing more: a sanitizer sees what is read
+    /// beyond.
     static Corvid::InputFile inputFile( std::string_view text ) {
         Corvid::InputFile file{ std::make_unique<char[]>( text.size() + 1 ), text.size() };
         std::ranges::copy( text, file.data.get() );
