@@ -186,7 +186,7 @@ void TokenWindow::finishLexing() {
         return;
     const TokenScanner::Place parsersPlace = scanner_.place();
     ANTLR3_COMMON_TOKEN token{};
-    for ( ;; ) {
+    while ( hdlr_.validProfileFile() ) { // later errors change nothing
         pANTLR3_COMMON_TOKEN next = &token;
         const auto result = scanner_.scanLine( next, &token + 1 );
         if ( result == TokenScanner::Result::endOfText )

@@ -38,7 +38,8 @@ class TokenWindow {
     /// A token stream of the parser library that is served from here; not usable without the window.
     [[nodiscard]] pANTLR3_COMMON_TOKEN_STREAM tokenStream() const noexcept { return stream_.get(); }
 
-    /// Reports all lexer errors that are left in the file, without moving the parser.
+    /// Reports the first lexer error that is left in the file, unless the handler has an error already,
+    /// without moving the parser.
     void finishLexing();
 
     /// Reads the first tokens. To be called once, before the window is asked for tokens.

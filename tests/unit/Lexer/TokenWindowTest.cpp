@@ -38,7 +38,7 @@ bool isSame( const ANTLR3_COMMON_TOKEN& token, const LexedToken& expected ) {
            token.line == expected.line && token.charPosition == expected.position;
 }
 
-TEST( TokenWindows, ReportAllErrorsWhenLexingIsFinishedAndDoNotMove ) {
+TEST( TokenWindows, ReportTheFirstErrorWhenLexingIsFinishedAndDoNotMove ) {
     for ( const char* text : texts ) {
         const LexedText lexed( text );
         for ( std::size_t before = 0; before <= lexed.tokens.size(); ++before ) {
