@@ -125,6 +125,20 @@ TEST_F( CheckTest, aLargeFileInADirectoryIsPassedOverUnlessItHasATitle ) {
                           "      | ^~~~~~~~~~~~~\n" ) );
 }
 
+TEST_F( CheckTest, aLargeFileIsLookedAtForATitleInItsFirstMiB ) {
+    const std::string title = "agentName: Fan\n";
+    for ( const std::size_t titleEnd :
+          { std::size_t{ 1 } << 20, ( std::size_t{ 1 } << 20 ) + title.size() } ) {
+        const std::string comment( titleEnd - title.size() - 1, '#' );
+        write( "d/agent", comment + "\n" + title + std::string( 16 << 20, '\n' ) );
+        const bool isSeen = titleEnd == std::size_t{ 1 } << 20;
+        EXPECT_THAT( run( { "check", "d" } ),
+                     isSeen ? Answers( 2, "1 file checked: 0 valid, 1 unreadable\n",
+                                       "mountprofile: d/agent: Larger than 16777216 bytes [MP090]\n" )
+                            : Answers( 0, "0 files checked: 0 valid; 1 other file passed over\n", "" ) );
+    }
+}
+
 TEST_F( CheckTest, aDirectoryThatCannotBeListedIsTold ) {
     // Nothing is closed to root, but a path can be too long for everybody.
     const std::string longName( 250, 'n' );
