@@ -6,24 +6,7 @@
 
 namespace Corvid::Cli {
 
-Output::Output( int descriptor ) : descriptor_( descriptor ) {
-    discard();
-}
-
-void Output::flush() {
-    write( { buffer_.get(), next() } );
-    discard();
-}
-
-void Output::appendToFull( std::string_view text ) {
-    flush();
-    if ( text.size() > capacity )
-        write( text );
-    else
-        append( text );
-}
-
-void Output::write( std::string_view text ) {
+void Output::receive( std::string_view text ) {
     while ( !text.empty() && failure_ == 0 ) {
         const ssize_t written = ::write( descriptor_, text.data(), text.size() );
         if ( written >= 0 )

@@ -2,7 +2,6 @@
 
 #include "ProfileDocument/TextSink.h"
 
-#include <memory>
 #include <string_view>
 
 namespace Corvid::Cli {
@@ -12,24 +11,19 @@ namespace Corvid::Cli {
 class Output final : public TextSink {
   public:
     /// @param descriptor is not owned.
-    explicit Output( int descriptor );
+    explicit Output( int descriptor ) : TextSink( std::size_t{ 1 } << 16 ), descriptor_( descriptor ) {}
     ~Output() override { flush(); }
 
-    void flush();
     /// Forgets what has not been written yet: of a document that cannot be finished.
-    void discard() noexcept { bufferIs( buffer_.get(), buffer_.get() + capacity ); }
+    void discard() noexcept { discardBuffered(); }
 
     /// `errno` of the first write that failed, or 0.
     [[nodiscard]] int failure() const noexcept { return failure_; }
     [[nodiscard]] bool isTerminal() const noexcept;
 
   private:
-    static constexpr std::size_t capacity = std::size_t{ 1 } << 16;
+    void receive( std::string_view text ) override;
 
-    void appendToFull( std::string_view text ) override;
-    void write( std::string_view text );
-
-    std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>( capacity );
     int descriptor_;
     int failure_ = 0;
 };

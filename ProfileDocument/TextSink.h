@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace Corvid {
 
-/// Takes a text piece by piece, into a buffer. What becomes of it, and when, is the derived class's business.
+/// Takes a text piece by piece, into a buffer. What becomes of it then is the derived class's business.
 class TextSink {
   public:
     TextSink( const TextSink& ) = delete;
@@ -24,42 +25,41 @@ class TextSink {
     void append( char c ) { append( std::string_view( &c, 1 ) ); }
     void appendNumber( std::int64_t number );
 
+    /// Hands on what is in the buffer.
+    void flush();
+
   protected:
-    TextSink() = default;
+    /// @param capacity of the buffer, in bytes; not 0.
+    explicit TextSink( std::size_t capacity );
     virtual ~TextSink() = default;
 
-    /// Called for a text that no longer fits. Has to take it, behind what is in the buffer.
-    virtual void appendToFull( std::string_view text ) = 0;
-
-    /// Gives the buffer, which is the derived class's own.
-    void bufferIs( char* next, char* end ) noexcept {
-        next_ = next;
-        end_ = end;
-    }
-    [[nodiscard]] const char* next() const noexcept { return next_; }
+    /// Forgets what is in the buffer.
+    void discardBuffered() noexcept { next_ = buffer_.get(); }
 
   private:
-    char* next_ = nullptr; ///< where the next character goes
-    char* end_ = nullptr;
+    void appendToFull( std::string_view text );
+    /// Takes the next part of the text: what was in the buffer, or a text that is longer than that.
+    virtual void receive( std::string_view text ) = 0;
+
+    std::unique_ptr<char[]> buffer_;
+    char* next_; ///< where the next character goes
+    char* end_;
 };
 
 /// Keeps the whole text in memory.
 class TextInMemory final : public TextSink {
   public:
-    TextInMemory() { bufferIs( text_.data(), text_.data() ); }
+    TextInMemory() : TextSink( std::size_t{ 1 } << 12 ) {}
 
     [[nodiscard]] std::string take() && {
-        text_.resize( size() );
+        flush();
         return std::move( text_ );
     }
 
   private:
-    [[nodiscard]] std::size_t size() const noexcept {
-        return static_cast<std::size_t>( next() - text_.data() );
-    }
-    void appendToFull( std::string_view text ) override;
+    void receive( std::string_view text ) override { text_.append( text ); }
 
-    std::string text_; ///< and room behind it
+    std::string text_;
 };
 
 } // namespace Corvid

@@ -111,7 +111,7 @@ TEST_F( OutputTest, takesPiecesOfAnyLength ) {
 
 TEST( TextInMemoryTest, takesPiecesOfAnyLength ) {
     TextInMemory text;
-    const std::string written = appendPiecesTo( text, 1024 );
+    const std::string written = appendPiecesTo( text, std::size_t{ 1 } << 12 );
     EXPECT_TRUE( std::move( text ).take() == written );
     EXPECT_EQ( TextInMemory().take(), "" );
     TextInMemory character;
