@@ -44,10 +44,10 @@ bool isWordCharacter( char c ) {
 /// What is left of a line without its comment, and without a backslash that joins it with the next one.
 struct LineOfCode {
     std::string_view code;
-    bool hasComment;
-    bool goesOn; ///< the next line belongs to the same statement
+    bool hasComment = false;
+    bool goesOn = false; ///< the next line belongs to the same statement
 
-    explicit LineOfCode( std::string_view line ) : code( line ), hasComment( false ), goesOn( false ) {
+    explicit LineOfCode( std::string_view line ) : code( line ) {
         bool inString = false;
         for ( std::size_t at = 0; at < line.size() && !hasComment; ++at ) {
             inString = inString != ( line[at] == '"' );
@@ -72,6 +72,7 @@ const std::vector<std::string>& keywords() {
     // GCOVR_EXCL_BR_START: how the compiler gives back a list that is half made
     static const std::vector<std::string> words = [] {
         std::vector<std::string> all;
+        all.reserve( keywordTable.size() );
         for ( const KeywordOf& row : keywordTable )
             all.emplace_back( row.keyword );
         return all;

@@ -134,7 +134,7 @@ constexpr std::string_view legalFlags = "rwicfCDSBNO";
 std::string unknownMountFilter( const ErrorScene& scene ) {
     if ( scene.code != "MP044" )
         return {};
-    const std::string meant = didYouMean( scene.wrong, scene.handler.knownMountFilters() );
+    std::string meant = didYouMean( scene.wrong, scene.handler.knownMountFilters() );
     if ( meant.empty() && scene.wrong.find_first_not_of( legalFlags ) == std::string_view::npos )
         return "the fourth part of a line names a mount filter: several flags are one word, such as rw";
     return meant;

@@ -37,6 +37,7 @@ std::size_t typosAllowed( std::string_view path ) {
 struct Unlikeliness {
     int kind; ///< 3 is out of the question
     std::size_t distance;
+    // NOLINTNEXTLINE(modernize-use-nullptr): taken for the 0 that the compiler compares with
     auto operator<=>( const Unlikeliness& ) const = default; // GCOVR_EXCL_BR_LINE: written by the compiler
 };
 

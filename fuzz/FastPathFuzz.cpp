@@ -25,7 +25,7 @@ struct BothLexers {
 };
 
 /// Bytes of more tokens than the window keeps of a line, when a token has three.
-constexpr std::size_t longLine = 3 * 8500;
+constexpr std::size_t longLine = std::size_t{ 3 } * 8500;
 
 std::string textOfInput( const std::uint8_t* data, std::size_t size ) {
     const auto parts = partsOf( data, size );

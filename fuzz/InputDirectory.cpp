@@ -22,7 +22,7 @@ InputDirectory::~InputDirectory() {
 }
 
 std::string InputDirectory::write( std::string_view name, std::string_view text ) {
-    const std::string path = pathOf( name );
+    std::string path = pathOf( name );
     const int descriptor = ::open( path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600 );
     require( descriptor >= 0 &&
                  ::write( descriptor, text.data(), text.size() ) == static_cast<ssize_t>( text.size() ),

@@ -46,17 +46,16 @@ std::optional<Corvid::Cli::StageOptions> stageOptionsOf( const std::vector<std::
                                                          const std::string& configRoot ) {
     Corvid::Cli::StageOptions options;
     for ( auto word = words.begin(); word != words.end(); ++word ) {
+        const bool hasValue = word + 1 != words.end();
         if ( *word == "--no-defaults" )
             options.noDefaults = true;
         else if ( *word == "--redundancy" )
             options.redundancy = true;
-        else if ( word + 1 == words.end() )
-            return std::nullopt;
-        else if ( *word == "--system" )
+        else if ( hasValue && *word == "--system" )
             options.system = *++word;
-        else if ( *word == "--cell" && isCell( word[1] ) )
+        else if ( hasValue && *word == "--cell" && isCell( word[1] ) )
             options.cell = static_cast<unsigned>( ( *++word )[0] - '0' );
-        else if ( *word == "--config-root" ) {
+        else if ( hasValue && *word == "--config-root" ) {
             options.configRootFile = configRoot;
             ++word;
         } else

@@ -22,7 +22,7 @@ class ShowTest : public CommandTest {
                                  const Environment& environment = {} ) const {
         arguments.insert( arguments.begin(), { "show", "--json" } );
         const auto result = run( arguments, environment );
-        const json parsed = json::parse( result.out );
+        json parsed = json::parse( result.out );
         EXPECT_EQ( result.exitStatus, parsed.at( "outcome" ) == "valid" ? 0 : 1 ) << result.err;
         return parsed;
     }

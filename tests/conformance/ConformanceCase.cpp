@@ -97,7 +97,7 @@ ProgramCall Case::callFor( const Form& form ) const {
     call.command.insert( call.command.end(), form.arguments.begin(), form.arguments.end() );
     if ( form.arguments.front() == "show" )
         std::ranges::copy( lines( "args" ), std::back_inserter( call.command ) );
-    call.command.push_back( "agent" );
+    call.command.emplace_back( "agent" );
     for ( const std::string& line : lines( "env" ) ) {
         const auto equals = line.find( '=' );
         if ( equals == std::string::npos )

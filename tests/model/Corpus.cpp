@@ -37,19 +37,23 @@ void configure( Case& out, const fs::path& file ) {
 void applyArguments( Case& out, const fs::path& folder ) {
     const std::vector<std::string> arguments = lines( folder / "args" );
     out.configuredMode = 1; // redundancy only on request
-    for ( auto argument = arguments.begin(); argument != arguments.end(); ++argument )
+    auto argument = arguments.begin();
+    const auto value = [&] {
+        if ( argument + 1 == arguments.end() )
+            throw std::runtime_error( "no value for " + *argument );
+        return *++argument;
+    };
+    for ( ; argument != arguments.end(); ++argument )
         if ( *argument == "--no-defaults" )
             out.addDefaults = false;
         else if ( *argument == "--redundancy" )
             out.configuredMode = 3;
-        else if ( argument + 1 == arguments.end() )
-            throw std::runtime_error( "unknown argument " + *argument );
         else if ( *argument == "--system" )
-            out.system = *++argument;
+            out.system = value();
         else if ( *argument == "--cell" )
-            out.cell = static_cast<std::uint32_t>( std::stoul( *++argument ) );
+            out.cell = static_cast<std::uint32_t>( std::stoul( value() ) );
         else if ( *argument == "--config-root" )
-            configure( out, folder / *++argument );
+            configure( out, folder / value() );
         else
             throw std::runtime_error( "unknown argument " + *argument );
 }

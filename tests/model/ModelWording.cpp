@@ -83,7 +83,7 @@ std::string kindText( const Failure& failure ) {
 std::string printable( std::string_view text ) {
     std::string out;
     for ( const char character : text )
-        if ( character == '\n' || character < ' ' || character > '~' )
+        if ( character < ' ' || character > '~' )
             out += character == '\n' ? "\\n" : escapedByte( character );
         else
             out += character;

@@ -31,7 +31,6 @@ class TempDir {
     [[nodiscard]] const std::string& path() const { return path_; }
 
     /// Writes a file, byte by byte as given. @return its path.
-    // NOLINTNEXTLINE(modernize-use-nodiscard)
     std::string file( const std::string& name, std::string_view text ) const {
         std::string path = path_ + "/" + name;
         std::ofstream out( path, std::ios::binary );

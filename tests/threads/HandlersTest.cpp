@@ -115,7 +115,7 @@ TEST( ThreadsOfHandlers, PrintErrorsAndLoseNothingOfThem ) {
     testing::internal::CaptureStderr();
     expectNoDisturbance( [&size]( const std::string& agentFile ) {
         const auto print = []( Corvid::MountProfileHdlr& hdlr ) { hdlr.errorPrintedIs( true ); };
-        const std::string result = resultOf( agentFile, nullptr, print );
+        std::string result = resultOf( agentFile, nullptr, print );
         const auto error = result.find( agentFile );
         if ( error != std::string::npos )
             size.fetch_add( result.size() - error + 1, std::memory_order_relaxed );

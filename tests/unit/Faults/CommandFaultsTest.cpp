@@ -113,8 +113,8 @@ class CommandFaultsTest : public testing::Test {
         }
         int status = 0;
         EXPECT_EQ( ::waitpid( child, &status, 0 ), child );
-        const Answer result{ WIFEXITED( status ) ? WEXITSTATUS( status ) : 128 + WTERMSIG( status ),
-                             contentOf( out ), contentOf( err ), *hasFailed };
+        Answer result{ WIFEXITED( status ) ? WEXITSTATUS( status ) : 128 + WTERMSIG( status ),
+                       contentOf( out ), contentOf( err ), *hasFailed };
         ::munmap( hasFailed, sizeof( bool ) );
         return result;
     }

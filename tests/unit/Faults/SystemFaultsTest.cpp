@@ -160,9 +160,9 @@ TEST_F( SystemFaultsTest, WithoutAFileDescriptorNoFileIsOpened ) {
     ::close( lowestFree );
     const auto outcomeWith = [&]( int descriptors ) {
         rlimit low = before;
-        low.rlim_cur = static_cast<rlim_t>( lowestFree + descriptors );
+        low.rlim_cur = static_cast<rlim_t>( lowestFree ) + static_cast<rlim_t>( descriptors );
         EXPECT_EQ( ::setrlimit( RLIMIT_NOFILE, &low ), 0 );
-        const std::string result = outcome();
+        std::string result = outcome();
         EXPECT_EQ( ::setrlimit( RLIMIT_NOFILE, &before ), 0 );
         return result;
     };

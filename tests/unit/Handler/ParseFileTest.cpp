@@ -67,13 +67,13 @@ class ParseFileTest : public HandlerTest {
 
 /// A file that takes no room: one long hole.
 std::string sparseFile( const TempDir& dir, std::size_t size ) {
-    const std::string path = dir.file( "sparse" + std::to_string( size ), "" );
+    std::string path = dir.file( "sparse" + std::to_string( size ), "" );
     std::filesystem::resize_file( path, size );
     return path;
 }
 
 std::string socketIn( const TempDir& dir ) {
-    const std::string path = dir.path() + "/socket";
+    std::string path = dir.path() + "/socket";
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     path.copy( address.sun_path, sizeof address.sun_path - 1 );

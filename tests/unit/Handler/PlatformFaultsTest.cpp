@@ -48,7 +48,7 @@ Kiv::Ptr<Corvid::PassiveMountGroup> wrappedGroupIs( Corvid::PassiveAgentProfile*
                                                     unsigned priority ) {
     if ( !refusedGroup.empty() && name == refusedGroup )
         return nullptr;
-    return realGroupIs( profile, name, priority );
+    return realGroupIs( profile, std::move( name ), priority );
 }
 
 namespace {

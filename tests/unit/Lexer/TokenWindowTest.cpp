@@ -135,9 +135,9 @@ TEST( TokenWindows, ForgetNothingThatTheParserHasLookedAtInTheNextBlock ) {
 }
 
 TEST( TokenWindows, LookAheadOverMoreTokensThanTheyKeepOfALongLine ) {
-    constexpr int many = 9000;
+    constexpr std::ptrdiff_t many = 9000;
     std::string text;
-    for ( int i = 0; i < many; ++i )
+    for ( std::ptrdiff_t i = 0; i < many; ++i )
         text += "a ";
     Window window( text );
     const auto textAhead = [&window]( int k ) {
@@ -145,7 +145,7 @@ TEST( TokenWindows, LookAheadOverMoreTokensThanTheyKeepOfALongLine ) {
     };
     EXPECT_EQ( textAhead( many ), text.data() + 2 * ( many - 1 ) );
     EXPECT_EQ( textAhead( 1 ), text.data() );
-    for ( int i = 0; i < many; ++i ) {
+    for ( std::ptrdiff_t i = 0; i < many; ++i ) {
         ASSERT_EQ( textAhead( 1 ), text.data() + 2 * i );
         window.tokens.consume();
     }
