@@ -103,8 +103,8 @@ void runStage( const std::vector<std::string_view>& parts ) {
     const auto stageOptions = stageOptionsOf( words, configRoot );
     if ( !stageOptions )
         return;
-    if ( !stageOptions
-              ->configRootFile ) // a test root without configured paths is a trap of the environment's
+    // A test root without configured paths is a trap of the environment's.
+    if ( !stageOptions->configRootFile )
         ::unsetenv( "K7_CHROOT" );
     const auto stage = Platform::setUp( *stageOptions, configRoot );
     if ( !stage )
