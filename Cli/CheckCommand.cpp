@@ -88,6 +88,7 @@ std::vector<ListedFile> CheckCommand::filesToCheck() {
 
 ExitStatus CheckCommand::run( Console& console ) {
     const Stage stage = stageOptions_.setUp();
+    readingOptions_.add( stageOptions_.filesRead() );
     const auto report = reportFormat( format_ )->newReport( console );
     const auto files = filesToCheck();
     ProgressBar progress( console.err, isCapableTerminal( console.err ), files.size(),

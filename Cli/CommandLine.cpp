@@ -76,21 +76,24 @@ bool Command::chosen() const {
     return app_.parsed();
 }
 
-CLI::Option* ReadingOptions::addTo( CLI::App& command ) {
+ReadingOptions::Added ReadingOptions::addTo( CLI::App& command ) {
     constexpr auto group = "Input options";
     takeAsFileName( *command
                          .add_option( "--stdin-path", stdinPath_,
                                       "Where the file that is read from standard input, as -, would lie" )
                          ->type_name( "PATH" )
                          ->group( group ) );
-    takeAsFileName( *command
-                         .add_option( "--depfile", depfile_,
-                                      "Write the files that are read to FILE, as a rule for make or ninja" )
-                         ->type_name( "FILE" )
-                         ->group( group ) );
-    return command
-        .add_flag( "--list-files", listFiles_, "Print the files that are read, one a line, and nothing else" )
-        ->group( group );
+    auto* depfile = command
+                        .add_option( "--depfile", depfile_,
+                                     "Write the files that are read to FILE, as a rule for make or ninja" )
+                        ->type_name( "FILE" )
+                        ->group( group );
+    takeAsFileName( *depfile );
+    auto* listFiles = command
+                          .add_flag( "--list-files", listFiles_,
+                                     "Print the files that are read, one a line, and nothing else" )
+                          ->group( group );
+    return { *listFiles, *depfile };
 }
 
 ShowCommand::ShowCommand( CLI::App& program )
@@ -102,8 +105,10 @@ void ShowCommand::addOptions( CLI::App& app ) {
     takeLiterally( *app.add_option( "FILE", file_, "The agent file" )->required()->type_name( "" ) );
     auto* json = app.add_flag( "--json", json_, "Print one JSON object" );
     auto* tree = app.add_flag( "--tree", tree_, "Print for people (the default)" )->excludes( json );
-    app.add_flag( "--origin", origin_, "Tell for everything the file and line that gave it" );
-    readingOptions_.addTo( app )->excludes( json )->excludes( tree );
+    auto* origin = app.add_flag( "--origin", origin_, "Tell for everything the file and line that gave it" );
+    const auto reading = readingOptions_.addTo( app );
+    reading.listFiles.excludes( json )->excludes( tree )->excludes( origin );
+    reading.depfile.excludes( origin );
     addStageOptions( app, stageOptions_ );
     app.footer(
         "The FILE - stands for a file on standard input.\n\n"
@@ -136,7 +141,7 @@ void CheckCommand::addOptions( CLI::App& app ) {
                      ->check( CLI::Range( 1, 1024 ).description( "" ) );
     takeLiterally( *format );
     takeLiterally( *jobs );
-    readingOptions_.addTo( app )->excludes( format );
+    readingOptions_.addTo( app ).listFiles.excludes( format );
     addStageOptions( app, stageOptions_ );
     app.footer(
         "The path - stands for a file on standard input.\n\n"

@@ -66,11 +66,14 @@ std::string escapedName( const std::string& name, const std::string& depfile ) {
     return escaped;
 }
 
-std::string escapedTarget( const std::string& depfile ) {
+std::string targetOf( const std::string& depfile ) {
     constexpr std::string_view suffix = ".d";
-    std::string target = depfile;
-    if ( target.ends_with( suffix ) && target.size() > suffix.size() )
-        target.resize( target.size() - suffix.size() );
+    const bool hasSuffix = depfile.ends_with( suffix ) && depfile.size() > suffix.size();
+    return hasSuffix ? depfile.substr( 0, depfile.size() - suffix.size() ) : depfile;
+}
+
+std::string escapedTarget( const std::string& depfile ) {
+    const std::string target = targetOf( depfile );
     if ( target.find( '%' ) != std::string::npos )
         throw std::runtime_error( depfile + ": make takes a target with '%' for a pattern" );
     return escapedName( target, depfile );
@@ -148,6 +151,12 @@ bool isRuleOf( const std::string& target, const std::string& file ) {
     return begin.starts_with( withoutFiles ) || begin == withFiles;
 }
 
+/// Whether two names lead to one file that exists.
+bool isSameFile( const std::string& name, const std::string& other ) {
+    std::error_code ignored; // what does not exist is not the same
+    return std::filesystem::equivalent( name, other, ignored );
+}
+
 /// The file that a name leads to; that need not exist.
 std::filesystem::path behindLinks( std::filesystem::path file ) {
     while ( std::filesystem::is_symlink( file ) )
@@ -161,7 +170,8 @@ void writeDepfile( const std::string& depfile, const std::vector<std::string>& f
     const std::string target = escapedTarget( depfile );
     std::string rule = target + ":";
     for ( const std::string& file : files )
-        rule += " \\\n  " + escapedName( file, depfile );
+        if ( !isSameFile( file, depfile ) && !isSameFile( file, targetOf( depfile ) ) )
+            rule += " \\\n  " + escapedName( file, depfile );
     rule += "\n";
 
     OpenFile existing( ::open( depfile.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY ) );

@@ -131,9 +131,23 @@ std::string unknownTemplateKey( const ErrorScene& scene ) {
 
 constexpr std::string_view legalFlags = "rwicfCDSBNO";
 
+/// Whether a line below declares a filter of that name.
+bool isFilterBelow( std::string_view rest, std::string_view name ) {
+    for ( ; !rest.empty(); rest.remove_prefix( std::min( rest.find( '\n' ), rest.size() - 1 ) + 1 ) ) {
+        const std::string_view line = withoutBlanks( rest.substr( 0, rest.find_first_of( "#\r\n" ) ) );
+        const std::string_view afterWord = withoutBlanks( line.substr( wordAt( line ).size() ) );
+        if ( keyword( wordAt( line ) ) == "mountFilter" && afterWord.starts_with( ':' ) &&
+             withoutBlanks( afterWord.substr( 1 ) ) == name )
+            return true;
+    }
+    return false;
+}
+
 std::string unknownMountFilter( const ErrorScene& scene ) {
     if ( scene.code != "MP044" )
         return {};
+    if ( !scene.isInIncludeFile && isFilterBelow( scene.rest, scene.wrong ) )
+        return "declare the filter above the lines that name it";
     std::string meant = didYouMean( scene.wrong, scene.handler.knownMountFilters() );
     if ( meant.empty() && scene.wrong.find_first_not_of( legalFlags ) == std::string_view::npos )
         return "the fourth part of a line names a mount filter: several flags are one word, such as rw";
@@ -293,7 +307,8 @@ std::string hintForNoAgentFile( std::string_view content ) {
         const std::string_view word = wordAt( line );
         const std::string_view afterWord = withoutBlanks( line.substr( word.size() ) );
         const bool isTitle = keyword( word ) == "agentName";
-        if ( isTitle && !afterWord.empty() && afterWord.front() != '/' )
+        const bool isMount = isOneOf( afterWord.substr( 0, 1 ), { "/", ",", ":" } ) || commasIn( line ) >= 2;
+        if ( isTitle && !afterWord.empty() && !isMount )
             return "a colon is missing: agentName: ...";
         if ( !line.empty() && line.front() != '#' )
             return afterWord.starts_with( ':' ) ? didYouMean( word, { "agentName" } ) : std::string();

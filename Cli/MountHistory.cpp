@@ -100,10 +100,13 @@ void MountHistory::filter( const std::string& name ) {
 
 void MountHistory::condition( const OriginRecord::Group& group ) {
     for ( const auto& whole : group.wholeConditions ) {
+        const bool blocks = std::ranges::any_of( group.blocking, [&whole]( const auto& blocking ) {
+            return blocking.place.file == whole.place.file && blocking.place.line == whole.place.line;
+        } );
         const bool counts = &whole == &group.wholeConditions.back();
         tell( whole.place,
-              ( group.blocking.empty() ? "mounts the group when " : "holds the agent up until " ) +
-                  whole.text + ( counts ? "" : ", which a later condition replaces" ) );
+              ( blocks ? "holds the agent up until " : "mounts the group when " ) + whole.text +
+                  ( counts ? "" : ", which a later condition replaces as a whole; its comparisons stay" ) );
     }
 }
 

@@ -18,9 +18,13 @@ namespace Corvid::Cli {
 /// The options about what is read: the agent file on standard input, and the files that a run reads.
 class ReadingOptions {
   public:
+    /// Those that others may not go with.
+    struct Added {
+        CLI::Option& listFiles; ///< replaces the command's own output
+        CLI::Option& depfile;
+    };
     /// Adds the options to a command. This object outlives the command's parsing.
-    /// @return the one that replaces the command's own output.
-    CLI::Option* addTo( CLI::App& command );
+    Added addTo( CLI::App& command );
 
     /// A file that the user names. For `-` standard input is read.
     [[nodiscard]] ListedFile named( const std::string& path );

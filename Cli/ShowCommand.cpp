@@ -7,8 +7,6 @@
 #include "Cli/TreeWriter.h"
 #include "ProfileDocument/JsonDocument.h"
 
-#include <stdexcept>
-
 namespace Corvid::Cli {
 
 void ShowCommand::print( Console& console, const AgentRun& run, const OriginRecord* origins ) const {
@@ -23,14 +21,13 @@ void ShowCommand::print( Console& console, const AgentRun& run, const OriginReco
 
 ExitStatus ShowCommand::run( Console& console ) {
     const Stage stage = stageOptions_.setUp();
+    readingOptions_.add( stageOptions_.filesRead() );
     const ListedFile file = readingOptions_.named( file_ );
     readingOptions_.check();
-    if ( origin_ && readingOptions_.asksForFiles() ) // one observer watches a run
-        throw std::runtime_error( "--origin excludes --list-files and --depfile" );
     OriginRecord record;
     OriginRecord* origins = origin_ ? &record : nullptr;
     FilesRead filesRead;
-    RunObserver* observer = origins;
+    RunObserver* observer = origins; // one observer watches a run, so the options exclude each other
     if ( readingOptions_.asksForFiles() )
         observer = &filesRead;
     const AgentRun run = runListedFile( stage, file, observer );

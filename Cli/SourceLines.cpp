@@ -24,7 +24,7 @@ std::string_view SourceLines::line( const std::string& fileName, std::uint32_t n
         return {};
     const std::string_view rest = std::string_view( file.content ).substr( file.starts[number - 1] );
     const std::string_view line = rest.substr( 0, rest.find( '\n' ) );
-    return line.substr( 0, line.find( '\r' ) );
+    return line.substr( 0, line.size() - ( line.ends_with( '\r' ) ? 1 : 0 ) );
 }
 
 } // namespace Corvid::Cli

@@ -9,7 +9,6 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
-#include <vector>
 
 namespace Corvid::Cli {
 
@@ -67,6 +66,10 @@ Stage StageOptions::setUp() const {
         Platform::entityIs( root + "Corvid/configRoot",
                             Platform::newConfigRoot( readConfiguredPaths( *configRootFile ), true ) );
     return stage;
+}
+
+std::vector<std::string> StageOptions::filesRead() const {
+    return configRootFile ? std::vector{ *configRootFile } : std::vector<std::string>();
 }
 
 } // namespace Corvid::Cli

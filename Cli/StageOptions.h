@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Corvid::Cli {
 
@@ -25,6 +26,8 @@ struct StageOptions {
     /// Sets up the embedded platform as the options ask. Once, before any handler runs.
     /// @throws std::runtime_error when the file of `--config-root` cannot be used.
     [[nodiscard]] Stage setUp() const;
+    /// The files that setting up reads.
+    [[nodiscard]] std::vector<std::string> filesRead() const;
 };
 
 } // namespace Corvid::Cli

@@ -54,7 +54,9 @@ std::string quotesAround( const ErrorScene& scene ) {
 }
 
 std::string tokenInName( const ErrorScene& scene ) {
-    const std::string reason = whyNotPlain( scene.wrong );
+    const bool isBehindStatement =
+        scene.statement == Statement::mountLine && scene.commasBefore == 0 && scene.wrong.starts_with( ',' );
+    const std::string reason = whyNotPlain( isBehindStatement ? scene.word : scene.wrong );
     if ( reason.empty() || isOneOf( scene.code, { "MP003", "MP083" } ) )
         return {};
     if ( const std::string remedy = quotesAround( scene ); !remedy.empty() )
@@ -69,7 +71,10 @@ std::string encoding( const ErrorScene& scene ) {
         return {};
     if ( scene.rest.starts_with( "\xEF\xBB\xBF" ) )
         return "the file has a byte order mark here: save it without one";
-    if ( startsWithOneOf( scene.rest, { "\xFF\xFE", "\xFE\xFF", std::string_view( "\0", 1 ) } ) )
+    // Every other byte of ASCII text in UTF-16 is a NUL.
+    const bool hasNuls =
+        scene.rest.size() > 2 && scene.rest[0] == '\0' && scene.rest[1] != '\0' && scene.rest[2] == '\0';
+    if ( hasNuls || startsWithOneOf( scene.rest, { "\xFF\xFE", "\xFE\xFF" } ) )
         return "this looks like UTF-16: save the file as plain ASCII or as UTF-8";
     if ( scene.rest.starts_with( "\xC2\xA0" ) )
         return "this is a no-break space: put a plain blank in its place";
@@ -116,6 +121,8 @@ std::string unquotedPath( const ErrorScene& scene ) {
         return {};
     if ( scene.text.find( '"' ) != std::string::npos )
         return "a path is quoted as a whole, or not at all";
+    if ( scene.before().ends_with( '?' ) )
+        return "'?' can only be the end of a path";
     if ( scene.rest.starts_with( '/' ) )
         return "between the units of a path stands one slash";
     return "a path with such characters stands in double quotes";

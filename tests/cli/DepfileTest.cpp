@@ -51,6 +51,17 @@ TEST_F( DepfileTest, itIsARule ) {
     }
 }
 
+TEST_F( DepfileTest, aTargetDoesNotDependOnItselfOrItsRule ) {
+    write( "dir/stamp", "" );
+    for ( const std::string depfile : { "dir/stamp.d", "./dir/stamp.d", "dir/stamp.d" } ) {
+        std::filesystem::remove( directory() / "dir/stamp.d" );
+        for ( int times = 0; times < 2; ++times )
+            EXPECT_THAT( run( { "check", "--depfile", depfile, "dir" } ), Answers( 0, _, "" ) );
+        EXPECT_THAT( contentOf( "dir/stamp.d" ),
+                     testing::EndsWith( ": \\\n  dir/agent \\\n  dir/inc1 \\\n  dir/inc2\n" ) );
+    }
+}
+
 TEST_F( DepfileTest, itIsWrittenWholeOrNotAtAll ) {
     write( "stamp.d", "stamp:\n" );
     EXPECT_THAT( run( { "check", "--depfile", "stamp.d", "dir/agent", "nowhere" } ), Answers( 2, _, _ ) );

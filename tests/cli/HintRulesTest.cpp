@@ -74,6 +74,11 @@ const HintRow aboutParts[] = {
     { "/, A, r\n", mountForm },
     { "/a, A::B, r w\n", oneWord },
     { "/a, A::B, r, w\n", filterOrFlags },
+    { "/a, A, r, f\nmountFilter: other\n", filterOrFlags },
+    { "/a, A, r, f\n\n MountFilter : f # late\n a\n", "declare the filter above the lines that name it" },
+    { "/a, A, r, late\nmountFilter: lat\nmountFilter: late",
+      "declare the filter above the lines that name it" },
+    { "/a, A, r, late\n#mountFilter: late\n", "" },
     { "/a, A:B, r\n", "the parts of a type are joined with '::'" },
     { "/a, A1.5, r\n", mountForm },
     { "/a, A-B, r\n", mountForm },
@@ -138,6 +143,8 @@ const HintRow aboutCharacters[] = {
     { "/a # x\r/b\n", "" },
     { "/a//b, A, r\n", "between the units of a path stands one slash" },
     { "//a, A, r\n", "between the units of a path stands one slash" },
+    { "/a?/b, A, r\n", "'?' can only be the end of a path" },
+    { "/a?b, A, r\n", "'?' can only be the end of a path" },
     { "/a/*, A, r\n", suchPath },
     { "/a \"b\", A, r\n", "a path is quoted as a whole, or not at all" },
     { "\"/a\" /b, A, r\n", "a path is quoted as a whole, or not at all" },
@@ -157,6 +164,7 @@ const HintRow aboutCharacters[] = {
     { "alias: %in = %slot\n", notInName( "in" ) },
     { "include: in\n", notInName( "in" ) },
     { "/a, A::B in, r\n", mountForm },
+    { "hybridMount, K, r\n", std::string( "'hybridMount' is a statement everywhere" ) + inQuotes },
     { "/a/HybridMount, K, r\n", std::string( "'HybridMount' is a statement everywhere" ) + inQuotes },
     { "include: lowMountPrio\n", "'lowMountPrio' is a statement everywhere and cannot be part of a name" },
 };
@@ -241,10 +249,19 @@ TEST_F( HintsTest, ofTheTitleLineAreTrueForIt ) {
         { "agentname Fan\n", "a colon is missing: agentName: ..." },
         { "agentName\n", "" },
         { "agentName/Fan, A, r\n", "" },
+        { "agentName, Agent::Name, r\n", "" },
+        { "agentName::x, A, r\n", "" },
+        { "agentName-x, A, r\n", "" },
+        { "agentName, A\n", "" },
+        { "agentName = Fan\n", "a colon is missing: agentName: ..." },
         { "\xFF\xFE"
           "a",
           "this looks like UTF-16: save the file as plain ASCII or as UTF-8" },
         { std::string( "a\0g\0", 4 ), "this looks like UTF-16: save the file as plain ASCII or as UTF-8" },
+        { std::string( "\0a\0g", 4 ), "this looks like UTF-16: save the file as plain ASCII or as UTF-8" },
+        { std::string( "\0\0\0\0", 4 ), meaningless },
+        { std::string( "a\0g ", 4 ), meaningless },
+        { std::string( "a\0g", 3 ), meaningless },
     };
     for ( const auto& [lines, hint] : rows )
         EXPECT_EQ( hintFor( lines ), hint ) << lines;

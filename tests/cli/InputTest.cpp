@@ -104,6 +104,17 @@ TEST_F( InputTest, theFilesThatAreReadCanBeListed ) {
     EXPECT_THAT( run( { "show", "--list-files", "dir/a\nb" } ), Answers( 0, "dir/a\\x0Ab\n", "" ) );
 }
 
+TEST_F( InputTest, theFileOfTheConfiguredPathsIsRead ) {
+    write( "paths", "x/y A::B w\n" );
+    write( "dir/agent", "agentName: Fan\ninclude: inc*\n" );
+    for ( const std::string command : { "show", "check" } )
+        EXPECT_THAT( run( { command, "--system", "s", "--config-root", "paths", "--list-files", "--depfile",
+                            "stamp.d", "dir/agent" } ),
+                     Answers( 0, "paths\ndir/agent\ndir/inc1\ndir/inc2\n", "" ) );
+    EXPECT_EQ( readFile( directory() / "stamp.d" ),
+               "stamp: \\\n  paths \\\n  dir/agent \\\n  dir/inc1 \\\n  dir/inc2\n" );
+}
+
 TEST_F( InputTest, theFilesThatAreReadAreTheSameForAnyNumberOfJobs ) {
     std::string expected;
     for ( int i = 100; i < 160; ++i ) {
@@ -121,8 +132,12 @@ TEST_F( InputTest, theListStandsAlone ) {
             { "show", "--json", "--list-files", "dir/agent" },
             { "show", "--tree", "--list-files", "dir/agent" },
             { "show", "--origin", "--list-files", "dir/agent" },
-            { "show", "--origin", "--depfile", "x", "dir/agent" } } )
-        EXPECT_THAT( run( arguments ).exitStatus, 2 ) << testing::PrintToString( arguments );
+            { "show", "--origin", "--depfile", "x", "dir/agent" } } ) {
+        const auto result = run( arguments );
+        EXPECT_EQ( result.exitStatus, 2 );
+        EXPECT_THAT( result.out + result.err, HasSubstr( " excludes --" ) )
+            << testing::PrintToString( arguments );
+    }
     EXPECT_FALSE( std::filesystem::exists( directory() / "x" ) );
 }
 

@@ -154,12 +154,19 @@ TEST_F( WhyTest, whatEveryAgentGetsHasNoLine ) {
                           "" ) );
 }
 
+TEST_F( WhyTest, aLineEndsWithItsLineFeed ) {
+    write( "agent", "agentName: F\r/a, A, r\r/b, B, w\r\n" );
+    EXPECT_THAT( run( { "why", "--no-defaults", "agent", "b" } ).out,
+                 HasSubstr( "  agent:1: mounts it with the flag w\n"
+                            "      1 | agentName: F\\x0D/a, A, r\\x0D/b, B, w\n" ) );
+}
+
 TEST_F( WhyTest, aConditionThatIsReplacedIsToldToo ) {
     write( "agent", "agentName: Fan\nmountGroup: peerReady\ncondition: 1 == /a.b\n/a, Fan::A, r\n" );
     const auto result = run( { "why", "--system", "ar", "--redundancy", "agent", "a" } );
     EXPECT_THAT( result.out,
-                 HasSubstr( "agent:3: holds the agent up until 1 == /a.b, which a later condition "
-                            "replaces\n" ) );
+                 HasSubstr( "agent:3: mounts the group when 1 == /a.b, which a later condition replaces as a "
+                            "whole; its comparisons stay\n" ) );
     EXPECT_THAT( result.out, HasSubstr( "  default: holds the agent up until %agentString in " ) );
 }
 

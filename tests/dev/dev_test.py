@@ -84,6 +84,8 @@ class Dev(unittest.TestCase):
                 (["fuzz", "lexer", "long"], "not a number of seconds: long"),
                 (["abi", "forget"], "abi takes 'record' or nothing"),
                 (["package", "tset"], "package takes 'test' or nothing"),
+                (["install", ""], "PREFIX is empty"),
+                (["install", "--help"], "install takes a PREFIX, not an option: --help"),
                 (["install", os.path.join(self.root, "dev", "usr")],
                  f"cannot write below {self.root}/dev/usr: name another PREFIX, or be root")):
             self.assertEqual(self.dev(*arguments, status=1), f"dev: {complaint}\n")
