@@ -230,6 +230,17 @@ std::string endOfPattern( const ErrorScene& scene ) {
     return "a pattern is made of words, whole numbers, '-', '.' and '*', which can stand for all else";
 }
 
+/// Signs in the name of the agent file's directory that mean something in a pattern.
+std::string patternOfDirectory( const ErrorScene& scene ) {
+    const std::string file = scene.handler.errorDesc().fileName().str();
+    const std::string directory = file.substr( 0, file.rfind( '/' ) + 1 );
+    const std::size_t sign = directory.find_first_of( "*?[\\" );
+    if ( scene.code != "MP080" || sign == std::string::npos )
+        return {};
+    return "the directory's name is part of the pattern, and so is the " +
+           quoted( directory.substr( sign, 1 ) ) + " in it";
+}
+
 struct Row {
     std::string_view code;
     std::string_view hint;
@@ -295,7 +306,7 @@ std::string hintFor( const MountProfileHdlr& handler, std::string_view content )
     for ( const auto hint : { swallowedLineEnd, brokenLine, conditionHint, tokenHint, misplacedLine,
                               statementInIncludeFile, missingColon, misspeltKeyword, unknownTemplateKey,
                               unknownMountFilter, illegalFlag, filterAttribute, shortMountLine, mistakenType,
-                              joinedType, endOfPattern, hintOfCode, formOfStatement } )
+                              joinedType, endOfPattern, patternOfDirectory, hintOfCode, formOfStatement } )
         if ( std::string text = hint( scene ); !text.empty() )
             return text;
     return {};

@@ -210,7 +210,6 @@ class CORVID_API MountProfileHdlr {
     void finishLexing();
     void invalidateAgentProfile();
     void printError();
-    void addAgentMounts( const std::string& agent );
 
     // For the observer: where the statement that is being read begins, and where its last token stands.
     [[nodiscard]] Origin statementOrigin() const;

@@ -62,19 +62,17 @@ void MountProfileHdlr::addDefaultProfiles() {
 
     const bool peerRedundancy = entityManager_ && peerRedundancyOf( *entityManager_ );
     const bool waitForReady = entityManager_ && waitsForReadyPeer();
-    if ( subAgents_.empty() )
-        addAgentMounts( ownAgent );
+    // The platform may tell a path from a directory, to which the name of a sub-agent is added afterwards.
+    if ( subAgents_.empty() ) {
+        addMount( cellPath( "agent/config/%agentString" ), "Agent::Config", "wfc", "" );
+        addMount( cellPath( "agent/status/%agentString" ), "Agent::Status", "wfc", "" );
+    }
     for ( const std::string& subAgent : subAgents_ ) {
-        addAgentMounts( subAgent );
+        addMount( cellPath( "agent/config/" ) + subAgent, "Agent::Config", "wfc", "" );
+        addMount( cellPath( "agent/status/" ) + subAgent, "Agent::Status", "wfc", "" );
         addPeerReady( subAgent, peerRedundancy, false );
     }
     addPeerReady( ownAgent, peerRedundancy, waitForReady );
-}
-
-void MountProfileHdlr::addAgentMounts( const std::string& agent ) {
-    // The path is qualified first: the platform sees only the directory.
-    addMount( cellPath( "agent/config/" ) + agent, "Agent::Config", "wfc", "" );
-    addMount( cellPath( "agent/status/" ) + agent, "Agent::Status", "wfc", "" );
 }
 
 void MountProfileHdlr::addPeerReady( const std::string& agent, bool peerRedundancy, bool waitForReady ) {

@@ -134,6 +134,17 @@ TEST_F( HintsTest, tellWhatAnIncludeFileMayHold ) {
     }
 }
 
+TEST_F( HintsTest, tellOfADirectoryWhoseNameIsAPattern ) {
+    const std::string isPattern = "      = hint: the directory's name is part of the pattern, and so is the ";
+    const std::string isNone = "      = hint: a pattern is taken beside the agent file";
+    for ( const auto& [agent, hint] : { std::pair( "a\\b/agent", isPattern + "'\\' in it\n" ),
+                                        std::pair( "w[x]/agent", isPattern + "'[' in it\n" ),
+                                        std::pair( "w/*", isNone ), std::pair( "*", isNone ) } ) {
+        write( agent, "agentName: Fan\ninclude: no.inc\n" );
+        EXPECT_THAT( run( { "check", agent } ).err, HasSubstr( hint ) ) << agent;
+    }
+}
+
 TEST_F( HintsTest, areThereForEveryErrorInTheListOfTraps ) {
     const std::string page = readFile( MOUNTPROFILE_SOURCE_DIR "/docs/language.md" );
     const std::string traps = page.substr( page.find( "\n## Traps\n" ) );

@@ -14,6 +14,13 @@ def one_include_pattern_of_1_MB_that_matches():
 
 
 @case
+def one_include_pattern_of_1_MB_of_asterisks_beside_2000_files():
+    for i in range(2000):
+        write(f"p{i}")
+    yield from all_places(INVALID, TITLE, b"include: ", b"*" * (MIB - 100), b"zz\n")
+
+
+@case
 def include_files_that_one_pattern_matches():
     size = write("agent", TITLE, b"include: part-*\n")
     for i in range(4096):

@@ -10,6 +10,8 @@ namespace {
 
 /// What the next expansions of a pattern answer; the real answer when empty.
 std::function<bool( const std::string&, std::vector<std::string>& )> globAnswer;
+/// What the platform has qualified with a cell, in order.
+std::vector<std::string> qualified;
 /// The group that the profile refuses to make.
 std::string refusedGroup;
 
@@ -17,6 +19,7 @@ class PlatformFaultsTest : public HandlerTest {
   protected:
     ~PlatformFaultsTest() override {
         globAnswer = nullptr;
+        qualified.clear();
         refusedGroup.clear();
     }
 };
@@ -35,6 +38,15 @@ bool wrappedGlob( const std::string&, std::vector<std::string>& ) asm(
 bool wrappedGlob( const std::string& pattern, std::vector<std::string>& matches ) {
     return globAnswer ? globAnswer( pattern, matches ) : realGlob( pattern, matches );
 }
+}
+
+Kiv::String8 realCellPath( const Kiv::String8&,
+                           std::uint32_t ) asm( "__real__ZN4Cell4pathERKN3Kiv7String8Ej" );
+Kiv::String8 wrappedCellPath( const Kiv::String8&,
+                              std::uint32_t ) asm( "__wrap__ZN4Cell4pathERKN3Kiv7String8Ej" );
+Kiv::String8 wrappedCellPath( const Kiv::String8& relativePath, std::uint32_t cell ) {
+    qualified.push_back( relativePath.str() + " " + std::to_string( cell ) );
+    return realCellPath( relativePath, cell );
 }
 
 // A member function is called like a free one that takes the object first.
@@ -76,6 +88,23 @@ TEST_F( PlatformFaultsTest, AnExpansionThatFailsBringsTheConfiguredPathsInATestR
     Bench bench( "agentName: A\ninclude: ConfigMountProfile\n", false, entityManager() );
     bench.run();
     EXPECT_EQ( bench.dump(), "agent A\ngroup all 99\nc C::C w\n" ) << bench.description();
+}
+
+TEST_F( PlatformFaultsTest, ThePlatformQualifiesTheAgentsOwnPathsAndTheDirectoriesOfItsSubAgents ) {
+    const std::vector<std::string> status{ "Corvid/localStatus 0", "redundancySupport/status 0",
+                                           "redundancy/status 0" };
+    for ( const auto& [subAgents, expected] :
+          { std::pair<std::string, std::vector<std::string>>{
+                "", { "agent/config/%agentString 0", "agent/status/%agentString 0" } },
+            { "subAgent: s\nsubAgent: t\n",
+              { "agent/config/ 0", "agent/status/ 0", "agent/config/ 0", "agent/status/ 0" } } } ) {
+        qualified.clear();
+        Bench bench( "agentName: A\n" + subAgents, true );
+        bench.run();
+        std::vector<std::string> all = status;
+        all.insert( all.end(), expected.begin(), expected.end() );
+        EXPECT_EQ( qualified, all );
+    }
 }
 
 TEST_F( PlatformFaultsTest, FilesAreParsedInThePlatformsOrderAlsoTwice ) {

@@ -54,6 +54,16 @@ TEST_F( Glob, ExpandsMetacharactersAndTakesOtherTextAsItIs ) {
     EXPECT_THAT( matches( "weird\\[1]" ), ElementsAre( "weird[1]" ) );
 }
 
+TEST_F( Glob, ManyAsterisksMatchWhatOneDoes ) {
+    make( { "ab", "ac", "b", "d/ab", "*", "*x", "weird[1]" } );
+    EXPECT_THAT( matches( "a**" ), UnorderedElementsAre( "ab", "ac" ) );
+    EXPECT_THAT( matches( "***b" ), UnorderedElementsAre( "ab", "b" ) );
+    EXPECT_THAT( matches( "**/**" ), ElementsAre( "d/ab" ) );
+    EXPECT_THAT( matches( "\\**" ), UnorderedElementsAre( "*", "*x" ) );
+    EXPECT_THAT( matches( "**[[]1]" ), ElementsAre( "weird[1]" ) );
+    EXPECT_THAT( matches( std::string( 1 << 20, '*' ) + "c" ), ElementsAre( "ac" ) );
+}
+
 TEST_F( Glob, NoMatchIsASuccessWithoutNames ) {
     EXPECT_THAT( matches( "*" ), IsEmpty() );
     EXPECT_THAT( matches( "absent" ), IsEmpty() );
