@@ -136,8 +136,8 @@ bool isFilterBelow( std::string_view rest, std::string_view name ) {
     for ( ; !rest.empty(); rest.remove_prefix( std::min( rest.find( '\n' ), rest.size() - 1 ) + 1 ) ) {
         const std::string_view line = withoutBlanks( rest.substr( 0, rest.find_first_of( "#\r\n" ) ) );
         const std::string_view afterWord = withoutBlanks( line.substr( wordAt( line ).size() ) );
-        if ( keyword( wordAt( line ) ) == "mountFilter" && afterWord.starts_with( ':' ) &&
-             withoutBlanks( afterWord.substr( 1 ) ) == name )
+        const bool isAboutFilter = keyword( wordAt( line ) ) == "mountFilter";
+        if ( isAboutFilter && afterWord.starts_with( ':' ) && withoutBlanks( afterWord.substr( 1 ) ) == name )
             return true;
     }
     return false;

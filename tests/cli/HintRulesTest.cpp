@@ -79,6 +79,7 @@ const HintRow aboutParts[] = {
     { "/a, A, r, late\nmountFilter: lat\nmountFilter: late",
       "declare the filter above the lines that name it" },
     { "/a, A, r, late\n#mountFilter: late\n", "" },
+    { "/a, A, r, late\nmountFilter late\n", "" },
     { "/a, A:B, r\n", "the parts of a type are joined with '::'" },
     { "/a, A1.5, r\n", mountForm },
     { "/a, A-B, r\n", mountForm },

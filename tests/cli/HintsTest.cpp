@@ -123,6 +123,7 @@ TEST_F( HintsTest, tellWhatAnIncludeFileMayHold ) {
         { "/a, K, r\nhybridMount\n",
           "an include file holds nothing but mount lines: 'hybridMount' belongs in the agent file" },
         { "/~, K, r\n", "a path with such characters stands in double quotes" },
+        { "/a, K, r, late\nmountFilter: late\n", "" },
         { "# nothing\n", "an include file holds mount lines, at least one, and nothing else" },
         { "/a, K, r # c\n/b, K, r\n", "the comment on line 1 takes the end of its line along, so that line 2 "
                                       "goes on with it: put the comment "

@@ -170,6 +170,14 @@ TEST_F( WhyTest, aConditionThatIsReplacedIsToldToo ) {
     EXPECT_THAT( result.out, HasSubstr( "  default: holds the agent up until %agentString in " ) );
 }
 
+TEST_F( WhyTest, aConditionIsToldByItsOwnKeyword ) {
+    write( "agent", "agentName: Fan\nmountGroup: g\ncondition: 1 == /a.b\n/a, Fan::A, r\nmountGroup: g\n"
+                    "conditionBlocker: 1 == /c.d\n" );
+    const auto result = run( { "why", "--no-defaults", "agent", "a" } );
+    EXPECT_EQ( result.exitStatus, 1 ) << "the second condition is one too many";
+    EXPECT_THAT( result.out, HasSubstr( "agent:3: mounts the group when 1 == /a.b\n" ) );
+}
+
 TEST_F( WhyTest, aConfiguredPathNamesTheLineThatAsksForAll ) {
     write( "agent", "agentName: Fan\ninclude: ConfigMountProfile\n/a, Fan::A, r\n" );
     write( "root", "a Fan::A i\n" );
