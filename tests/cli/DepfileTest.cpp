@@ -53,7 +53,7 @@ TEST_F( DepfileTest, itIsARule ) {
 
 TEST_F( DepfileTest, aTargetDoesNotDependOnItselfOrItsRule ) {
     write( "dir/stamp", "" );
-    for ( const std::string depfile : { "dir/stamp.d", "./dir/stamp.d", "dir/stamp.d" } ) {
+    for ( const std::string depfile : { "dir/stamp.d", "./dir/stamp.d" } ) {
         std::filesystem::remove( directory() / "dir/stamp.d" );
         for ( int times = 0; times < 2; ++times )
             EXPECT_THAT( run( { "check", "--depfile", depfile, "dir" } ), Answers( 0, _, "" ) );
